@@ -1,0 +1,293 @@
+/* ZElkAPI: one C interface to a family of analogue TV-tuner and video-capture cards.
+ *
+ * An application creates the card's capture filter (and its tuner filter, where it has one), hands
+ * both to ZELK_HWInit, and from then on tunes, scans and controls the card through this header.
+ * ZELK_Free releases everything.
+ *
+ * Conventions
+ *   - Every function has the C calling convention (cdecl on 32-bit Windows) and answers a COM
+ *     result code unless it says otherwise: ZELK_S_OK, ZELK_S_FALSE and other codes from 0 up mean
+ *     success, negative ones failure. Codes of drivers and buses are passed on unchanged.
+ *   - Frequencies are kilohertz: a TV channel's picture carrier (55250 is 55.25 MHz), an FM
+ * station's carrier (98000 is 98 MHz).
+ *   - Without a live card a function answers ZELK_E_FAIL, and a backend that lacks the function
+ *     counts as no card; functions that answer otherwise say so.
+ *   - A function that needs the TV mode or the FM mode answers ZELK_VFW_E_WRONG_STATE in another.
+ *   - A null output pointer is allowed everywhere: the work is done, the store is skipped.
+ *   - The library creates no threads and takes no locks. Call it from one thread.
+ *   - Failures leave one line of text in a log file in the current directory: "zelkapi_713x.log",
+ *     "zelkapi_BT878.log", "zelkapi_BT88X.log" or "zelkapi_Quillon.log", by card family.
+ *
+ * "Cards" names the families that answer a function: S = SAA713x, B = Bt878, X = CX2388x (Bt88x),
+ * Q = Quillon (MPEG encoder).
+ *
+ * The header needs nothing beside <stdint.h> and works with or without <windows.h>, in C and C++.
+ */
+#ifndef ZELKAPI_H
+#define ZELKAPI_H
+
+#include <stdint.h>
+
+/* The one place outside the platform layer that asks which system it is on: this header also
+ * travels alone. */
+#ifdef _WIN32
+#define ZELK_CALL __cdecl
+#ifndef _HRESULT_DEFINED
+#define _HRESULT_DEFINED
+typedef long HRESULT;
+#endif
+#else
+#define ZELK_CALL
+typedef int32_t HRESULT;
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+struct IUnknown;
+
+/* --- Result codes ------------------------------------------------------------------------- */
+
+#define ZELK_S_OK ((HRESULT)0)
+#define ZELK_S_FALSE ((HRESULT)1)
+#define ZELK_E_NOTIMPL ((HRESULT)0x80004001)
+#define ZELK_E_FAIL ((HRESULT)0x80004005)
+#define ZELK_VFW_E_WRONG_STATE ((HRESULT)0x80040227)
+
+/* --- Records and codes -------------------------------------------------------------------- */
+
+/* What the library found on the board. Ten 32-bit fields, 40 bytes. */
+typedef struct ZELK_HWInfo {
+  uint32_t FmTuner;         /* non-zero: the tuner has an FM radio section */
+  uint32_t BoardOptionCode; /* 0..7, from the board's configuration */
+  uint32_t BoardOptionBit;  /* 0 or 1, from the same source */
+  uint32_t FmLowKHz;        /* lowest FM frequency, kHz */
+  uint32_t FmHighKHz;       /* highest FM frequency, kHz */
+  uint32_t BoardFlag5;
+  uint32_t BoardCode6;
+  uint32_t TvLowKHz;  /* lowest TV picture carrier, kHz */
+  uint32_t TvHighKHz; /* highest TV picture carrier, kHz */
+  uint32_t BoardCode9;
+} ZELK_HWInfo;
+
+/* Settings of the MPEG encoder. Sixteen 32-bit words, 64 bytes. */
+typedef struct ZELK_MpegParams {
+  uint32_t StreamType; /* 0..4 */
+  uint32_t Width;      /* picture width, pixels */
+  uint32_t Height;     /* picture height, pixels */
+  uint32_t Reserved3;
+  uint32_t Reserved4;
+  uint32_t BitRate;         /* video, kbit/s */
+  uint32_t MaxBitRate;      /* video peak, kbit/s; used with a variable rate */
+  uint32_t VariableBitRate; /* 0 constant rate, other variable rate */
+  uint32_t Reserved8;
+  uint32_t Option9;
+  uint32_t Option10;
+  uint32_t Reserved11;
+  uint32_t Reserved12;
+  uint32_t AudioSampleRate; /* Hz: 32000, 44100 or 48000 */
+  uint32_t AudioBitRate;    /* kbit/s: 192, 224, 256, 320 or 384 */
+  uint32_t AudioMode;       /* 0..3 */
+} ZELK_MpegParams;
+
+/* Events of a scan. The third argument of the callback is 0, except for ZELK_EVENT_FOUND of the FM
+ * scan: there it is 1 for a stereo station, 0 for a mono one. */
+enum {
+  ZELK_EVENT_STARTED = 1001,  /* value 0 */
+  ZELK_EVENT_PROGRESS = 1002, /* value: per cent of the band, truncated; may end above 100 */
+  ZELK_EVENT_FOUND = 1003,    /* value: frequency of the channel or station, kHz */
+  ZELK_EVENT_POSITION = 1004, /* value: frequency that is tried next, kHz */
+  ZELK_EVENT_ENDED = 1005     /* value 0 */
+};
+
+/* Receives the events of a scan, on the thread that runs it. It may call any function of this
+ * library, ZELK_Free included. */
+typedef void(ZELK_CALL* ZELK_ScanCallback)(uint32_t event, uint32_t value, uint32_t reserved);
+
+/* Commands of a scan. */
+enum { ZELK_SCAN_STOP = 0, ZELK_SCAN_START = 1 };
+
+/* --- The card ----------------------------------------------------------------------------- */
+
+/* Frees what is live, then tries the card families in the order S, B, X, Q and keeps the first that
+ * accepts the card.
+ *   videoCaptureFilter  the card's capture filter (IUnknown of a DirectShow filter)
+ *   friendlyName        that filter's friendly name, ANSI; each family accepts its own list of
+ * names tunerFilter         the card's TV-tuner filter, or null russiaFlag          low byte
+ * non-zero lowers the FM band to 62 MHz (S alone) Result: the code of the family that was kept,
+ * ZELK_E_FAIL when none accepted the card. */
+HRESULT ZELK_CALL ZELK_HWInit(struct IUnknown* videoCaptureFilter, const char* friendlyName,
+                              struct IUnknown* tunerFilter, uint32_t russiaFlag);
+
+/* Stops a running scan and releases the card and all that the library holds. */
+void ZELK_CALL ZELK_Free(void);
+
+/* Copies the board's record. Cards: S B X Q. */
+HRESULT ZELK_CALL ZELK_GetHWInfo(ZELK_HWInfo* info);
+
+/* The tuner module's type code, 0..51. Cards: S B X Q. */
+HRESULT ZELK_CALL ZELK_GetTunerType(uint32_t* tunerType);
+
+/* The tuner module's display name. The first `size` bytes of the buffer are zeroed, then the name
+ * is copied with its terminator WITHOUT regard to `size`: supply at least 26 bytes.
+ * Result: 0; ZELK_E_FAIL for a null buffer; the result of ZELK_GetTunerType when that is not 0 (the
+ * buffer is all zeros then). Cards: S B X Q. */
+HRESULT ZELK_CALL ZELK_GetTunerName(char* buffer, uint32_t size);
+
+/* Driver locks. Lock 0 keeps the driver off the tuner, lock 1 is the application's own.
+ *   index  0 or 1; any other answers ZELK_E_FAIL. Cards: X B S Q. */
+HRESULT ZELK_CALL ZELK_SetHWLock(uint32_t index, uint32_t value);
+HRESULT ZELK_CALL ZELK_GetHWLock(uint32_t index, uint32_t* value);
+
+/* The decoder chip: 3 = SAA7133 or 7135, 4 = SAA7134, 0 = SAA7130, 1 = SAA7131, -1 = another.
+ * Always ZELK_S_OK; without an SAA713x card the place is left alone. Cards: S. */
+HRESULT ZELK_CALL ZELK_GetDecoder(uint32_t* decoderKind);
+
+/* --- Television --------------------------------------------------------------------------- */
+
+/* Switches the card to TV. Cards: S B X Q. */
+HRESULT ZELK_CALL ZELK_TVInit(void);
+
+/* Chooses the video standard and country.
+ *   videoStandard  one bit of DirectShow's AnalogVideoStandard (0x1 NTSC-M, 0x10 PAL-B, …)
+ *   countryCode    international dialling code (1 USA, 49 Germany, 81 Japan, …). Cards: S B X Q. */
+HRESULT ZELK_CALL ZELK_put_TVFormat(uint32_t videoStandard, uint32_t countryCode);
+
+/* Chooses standard and country by standard and sound system (1, 2 or 4), then retunes. Cards: S Q.
+ */
+HRESULT ZELK_CALL ZElk_put_TVSystem(uint32_t videoStandard, uint32_t soundSystem);
+
+/* Tunes a picture carrier and, when `present` is given, asks for a signal (1 present, 0 none).
+ * Needs the TV mode. Cards: S B X Q. */
+HRESULT ZELK_CALL ZELK_SetFreq(uint32_t frequencyKHz, uint32_t* present);
+
+/* Asks for the signal at the tuned frequency. Needs the TV mode. Cards: S B X Q.
+ *   present       1 = a locked carrier, 0 = none
+ *   strength      0..5 on PLL tuners, larger is better. Without `afcOffsetKHz` some tuners deliver
+ *                 the raw AFC reading here instead
+ *   afcOffsetKHz  distance between the tuned frequency and the carrier, kHz */
+HRESULT ZELK_CALL ZELK_IsSignalPresent(uint32_t* present, uint32_t* strength, double* afcOffsetKHz);
+
+/* Scans the TV band of the card, upward in steps of 250 kHz, on the calling thread. Between probes
+ * it pumps the thread's window messages. Cards: S B X Q. callback  receives the events; null
+ * silences them command   ZELK_SCAN_START runs a scan, ZELK_SCAN_STOP stops the running one (TV or
+ * FM) Result: ZELK_S_FALSE after a scan has ended and when there was nothing to do; ZELK_S_OK when
+ * a running scan was stopped; ZELK_E_FAIL without a card and for a start while a scan runs. */
+HRESULT ZELK_CALL ZELK_AllFreqScan(ZELK_ScanCallback callback, uint32_t command);
+
+/* Sets the capture standard of the decoder. Always ZELK_E_FAIL, also after doing its work. Cards:
+ * S. */
+HRESULT ZELK_CALL ZELK_SETCaptureStandard(uint32_t videoStandard);
+
+/* Copies the driver's decoder-standard record, eight 32-bit words; the standard is word 6. Always
+ * ZELK_E_FAIL, also after doing its work. Cards: S. */
+HRESULT ZELK_CALL ZELK_GetVIDEOSTANDARD(uint32_t* record);
+
+/* --- FM radio ----------------------------------------------------------------------------- */
+
+/* Switches the card to FM radio, in stereo. Cards: S B X Q. */
+HRESULT ZELK_CALL ZELK_FMInit(void);
+
+/* Tunes an FM station and, when `present` is given, asks for a signal. Needs the FM mode.
+ * Cards: S B X Q. */
+HRESULT ZELK_CALL ZELK_FMSetFreq(uint32_t frequencyKHz, uint32_t* present);
+
+/* Asks for the FM signal; arguments as in ZELK_IsSignalPresent. Needs the FM mode. Cards: S B X Q.
+ */
+HRESULT ZELK_CALL ZELK_FMIsSignalPresent(uint32_t* present, uint32_t* strength,
+                                         double* afcOffsetKHz);
+
+/* Audio mode: 1 stereo, any other value mono. Setting: S B X Q; asking: Q. */
+HRESULT ZELK_CALL ZELK_FMSetAudioMode(uint32_t mode);
+HRESULT ZELK_CALL ZELK_FMGetAudioMode(uint32_t* mode);
+
+/* Scans the FM band or seeks a station, on the calling thread. Cards: S B X Q.
+ *   callback   receives the events; null silences them
+ *   command    ZELK_SCAN_START or ZELK_SCAN_STOP
+ *   direction  0 sweep the band upward, 1 seek upward and 2 seek downward from referenceKHz
+ *   bandLowKHz, bandHighKHz  the band; bandLowKHz 0 takes the card's own
+ * Result: ZELK_E_FAIL without a card, otherwise ZELK_S_OK, also for a start while a scan runs. */
+HRESULT ZELK_CALL ZELK_FMAllFreqScan(ZELK_ScanCallback callback, uint32_t command,
+                                     uint32_t direction, uint32_t referenceKHz, uint32_t bandLowKHz,
+                                     uint32_t bandHighKHz);
+
+/* Stores the search level, 0..9, of the FM receiver. Result: 1 after storing, 0 for a level out of
+ * range and without an SAA713x card. Cards: S. */
+HRESULT ZELK_CALL ZELK_FM_SetSearchLevel(int32_t level);
+
+/* Lowers the FM band's end to the Eastern one (non-zero) in the driver. Cards: S. */
+HRESULT ZELK_CALL ZELK_SetRussiaFlag(uint32_t flag);
+
+/* --- Audio and driver properties ---------------------------------------------------------- */
+
+/* The values of these properties are the driver's own and are passed through unchanged. Cards: S.
+ */
+HRESULT ZELK_CALL ZELK_SetVolume(uint32_t volume);
+HRESULT ZELK_CALL ZELK_SetFUSE(uint32_t value);
+HRESULT ZELK_CALL ZELK_GetFUSE(uint32_t* value);
+HRESULT ZELK_CALL ZELK_SetAUDIOSYSTEM(uint32_t value);
+HRESULT ZELK_CALL ZELK_GetAUDIOSYSTEM(uint32_t* value);
+/* Any 4-byte property of the driver's own set, by its id. */
+HRESULT ZELK_CALL ZELK_SetGainValue(uint32_t propertyId, uint32_t value);
+HRESULT ZELK_CALL ZELK_GetGainValue(uint32_t propertyId, uint32_t* value);
+
+/* Switches the tuner module's supply: 0 off, other on. Answers 1 on boards without a switch. Cards:
+ * S. */
+HRESULT ZELK_CALL ZELK_SetTunerPowerState(uint32_t state);
+
+/* Sound effects of the SAA7135. Always ZELK_S_OK, also without a card. Cards: S. */
+HRESULT ZELK_CALL ZELK_Set7135VirtualMode(uint32_t value);
+HRESULT ZELK_CALL ZELK_Set7135VirtualStereoEffect(uint32_t value);
+HRESULT ZELK_CALL ZELK_Set7135Bass(uint32_t value);
+HRESULT ZELK_CALL ZELK_Set7135Treble(uint32_t value);
+HRESULT ZELK_CALL ZELK_Get7135VirtualMode(uint32_t* value);
+HRESULT ZELK_CALL ZELK_Get7135VirtualStereoEffect(uint32_t* value);
+HRESULT ZELK_CALL ZELK_Get7135Bass(uint32_t* value);
+HRESULT ZELK_CALL ZELK_Get7135Treble(uint32_t* value);
+
+/* --- Remote control, EEPROM, I2C ---------------------------------------------------------- */
+
+/* The key code of the remote control. Cards: S B X. */
+HRESULT ZELK_CALL ZELK_GetRemoteData(uint32_t* data);
+/* The key of the remote-control receiver chip, one byte. Cards: S. */
+HRESULT ZELK_CALL ZELK_GetRemoteICData(uint8_t* key);
+
+/* One byte of the board's EEPROM. Cards: X B S. */
+HRESULT ZELK_CALL ZELK_ReadEEPROM(uint32_t offset, uint8_t* value);
+
+/* Transfers on the card's I2C bus. Addresses are 8-bit bus addresses with the read bit in bit 0
+ * (0xC2 the tuner, 0x86 the IF demodulator). Cards: S. */
+HRESULT ZELK_CALL ZELK_I2CReadSequence(uint32_t address, uint8_t* buffer, uint32_t length);
+HRESULT ZELK_CALL ZELK_I2CWriteSequence(uint32_t address, const uint8_t* buffer, uint32_t length);
+
+/* The same on MPEG-encoder cards. Result: ZELK_S_OK; ZELK_E_NOTIMPL for a failed transfer and
+ * without such a card. Cards: Q. */
+HRESULT ZELK_CALL ZELK_ReadI2C(uint32_t address, uint8_t* buffer, uint32_t length);
+HRESULT ZELK_CALL ZELK_WriteI2C(uint32_t address, const uint8_t* buffer, uint32_t length);
+
+/* --- MPEG encoder ------------------------------------------------------------------------- */
+
+/* Encoder settings. ZELK_E_NOTIMPL without such a card. Cards: Q. */
+HRESULT ZELK_CALL ZELK_GetMPEGParam(ZELK_MpegParams* params);
+HRESULT ZELK_CALL ZELK_SetMPEGParam(ZELK_MpegParams params);
+
+/* Sets the audio converter's volume. 1 without such a card. Cards: Q. */
+HRESULT ZELK_CALL ZELK_SetAdcVolume(void);
+
+/* --- Not implemented ---------------------------------------------------------------------- */
+
+/* These answer ZELK_E_NOTIMPL and touch nothing, whatever they are given. */
+HRESULT ZELK_CALL ZELK_GetAudioSource(void);
+HRESULT ZELK_CALL ZELK_GetAvailableTVAudioModes(void);
+HRESULT ZELK_CALL ZELK_GetTVAudioMode(void);
+HRESULT ZELK_CALL ZELK_GetVideoSource(void);
+HRESULT ZELK_CALL ZELK_SetAudioSource(void);
+HRESULT ZELK_CALL ZELK_SetTVAudioMode(void);
+HRESULT ZELK_CALL ZELK_SetVideoSource(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* ZELKAPI_H */
