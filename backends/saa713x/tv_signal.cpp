@@ -1,0 +1,176 @@
+// Is there a signal? Each kind of tuner module shows it in its own way.
+#include <cstdlib>
+
+#include "backends/saa713x/bus_addresses.h"
+#include "backends/saa713x/saa713x_device.h"
+#include "backends/tuner_modules/afc.h"
+#include "backends/tuner_modules/tuner_set.h"
+#include "common/store.h"
+#include "common/wait.h"
+
+namespace zelk {
+namespace {
+
+constexpr std::uint32_t kSettlingMs = 80;
+
+// TDA8290: AFC register. Bit 7 is the lock, the rest a signed offset in counts.
+constexpr std::uint8_t kSiliconAfcRegister = 0x1B;
+constexpr std::uint8_t kSiliconLocked = 0x80;
+constexpr double kSiliconKHzPerCount = 13.2;
+
+// Vamp decoder status word.
+constexpr ULONG kDecoderLocked = 0x1000000;
+constexpr ULONG kDecoderFieldRate = 0x30000;  // either bit: 50 or 60 Hz found
+
+// The distance of the seven-bit count from its half scale: 64 at the carrier, 0 furthest from it.
+std::uint32_t SiliconLevel(std::uint8_t status) {
+  return static_cast<std::uint32_t>(std::abs((status & 0x7F) - 64));
+}
+
+double SiliconOffset(std::uint8_t status) {
+  const int count = status & 0x7F;
+  return count < 64 ? count * -kSiliconKHzPerCount : (128 - count) * kSiliconKHzPerCount;
+}
+
+}  // namespace
+
+struct Saa713xDevice::PresenceTest {
+  TunerSet tunerTypes;
+  HRESULT (Saa713xDevice::*read)(const SignalPlaces&);
+};
+
+HRESULT Saa713xDevice::IsSignalPresent_TUNER(std::uint32_t* present, std::uint32_t* strength,
+                                             double* afcOffsetKHz) {
+  if (!Initialised) return E_FAIL;
+  if (CurrentMode != Mode::TV) return VFW_E_WRONG_STATE;
+  WaitMs(kSettlingMs);
+
+  static constexpr PresenceTest kTests[] = {
+      {{12, 13, 14, 15, 16, 17, 18, 19, 20, 21}, &Saa713xDevice::DemodulatorAfcPresence},
+      {{24, 37}, &Saa713xDevice::DemodulatorLockPresence},
+      {{46, 47, 48}, &Saa713xDevice::DecoderPresence},
+      {{40}, &Saa713xDevice::Silicon40Presence},
+      {{41}, &Saa713xDevice::Silicon41Presence},
+  };
+  const SignalPlaces places = {present, strength, afcOffsetKHz};
+  for (const PresenceTest& test : kTests) {
+    if (test.tunerTypes.Has(Board.TunerType)) return (this->*test.read)(places);
+  }
+  return TunerAfcPresence(places);
+}
+
+// A status byte that could not be read says nothing of a carrier.
+HRESULT Saa713xDevice::NoReading(const SignalPlaces& places, HRESULT code) {
+  Store(places.present, 0);
+  Store(places.strength, 0);
+  return code;
+}
+
+HRESULT Saa713xDevice::DemodulatorAfcPresence(const SignalPlaces& places) {
+  std::uint8_t status = 0;
+  const HRESULT code = I2CRead(kDemodulatorAddress, &status);
+  if (FAILED(code)) return NoReading(places, code);
+  const std::uint8_t afc = DemodulatorAfcCode(status);
+  Store(places.present, afc <= 2 || afc >= 13);
+  Store(places.strength, places.offset ? kDemodulatorAfc[afc].strength : afc);
+  Store(places.offset, kDemodulatorAfc[afc].offsetKHz);
+  return code;
+}
+
+HRESULT Saa713xDevice::DemodulatorLockPresence(const SignalPlaces& places) {
+  std::uint8_t status = 0;
+  const HRESULT code = I2CRead(kDemodulatorAddress, &status);
+  if (FAILED(code)) return NoReading(places, code);
+  // Carrier, picture and sound found, with the AFC in one of the two innermost steps.
+  const std::uint8_t flagsAndAfc = status >> 1;
+  Store(places.present, flagsAndAfc == 0x70 || flagsAndAfc == 0x7F);
+  Store(places.strength, flagsAndAfc & 0x0F);
+  return code;
+}
+
+HRESULT Saa713xDevice::DecoderPresence(const SignalPlaces& places) {
+  const HRESULT code = IsSignalPresent_DECODER(places.present, nullptr);
+  // Full strength whatever the decoder found, as long as its answer had a place to go.
+  Store(places.strength, places.present ? 5 : 0);
+  return code;
+}
+
+HRESULT Saa713xDevice::ReadSiliconStatus(std::uint8_t& status) {
+  return ReadBusAt(kSiliconDemodulatorAddress, kSiliconAfcRegister, &status);
+}
+
+HRESULT Saa713xDevice::Silicon40Presence(const SignalPlaces& places) {
+  std::uint8_t status = 0;
+  const HRESULT code = ReadSiliconStatus(status);
+  if (FAILED(code)) return NoReading(places, code);
+  Store(places.present, (status & kSiliconLocked) != 0);
+  Store(places.strength, SiliconLevel(status) / 13);
+  Store(places.offset, SiliconOffset(status));
+  return code;
+}
+
+HRESULT Saa713xDevice::Silicon41Presence(const SignalPlaces& places) {
+  std::uint8_t status = 0;
+  HRESULT code = ReadSiliconStatus(status);
+  if ((status & kSiliconLocked) == 0) {
+    // This chip may need twice the time.
+    WaitMs(kSettlingMs);
+    code = ReadSiliconStatus(status);
+  }
+  if (FAILED(code)) return NoReading(places, code);
+  constexpr std::uint32_t kLowestLevel = 50;  // about 185 kHz from the carrier
+  const std::uint32_t level = SiliconLevel(status);
+  Store(places.present, (status & kSiliconLocked) != 0 && level >= kLowestLevel);
+  Store(places.strength, level);
+  Store(places.offset, SiliconOffset(status));
+  return code;
+}
+
+HRESULT Saa713xDevice::TunerAfcPresence(const SignalPlaces& places) {
+  std::uint8_t status = 0;
+  const HRESULT code = I2CRead(kTunerAddress, &status);
+  if (FAILED(code)) return NoReading(places, code);
+  const std::uint8_t afc = TunerAfcCode(status);
+  const bool present = afc >= 1 && afc <= 3;
+  Store(places.present, present);
+  Store(places.strength, places.offset ? kTunerAfc[afc].strength : afc);
+  Store(places.offset, kTunerAfc[afc].offsetKHz);
+  // These modules show an AFC reading on noise too; the decoder has the last word.
+  constexpr TunerSet kAskDecoder = {35, 36};
+  if (present && kAskDecoder.Has(Board.TunerType)) {
+    return IsSignalPresent_DECODER(places.present, nullptr);
+  }
+  return code;
+}
+
+HRESULT Saa713xDevice::IsSignalPresent_DECODER(std::uint32_t* present, std::uint32_t* strength) {
+  if (!Ready("SAA713x IsSignalPresent_DECODER(): Hardware not initial")) return E_FAIL;
+  WaitMs(kSettlingMs);
+  bool locked = false;
+  HRESULT code = S_OK;
+  if (CaptureProps) {
+    ComPtr<IAMAnalogVideoDecoder> decoder;
+    code = Query(CaptureProps.Get(), decoder);
+    if (SUCCEEDED(code)) {
+      LONG horizontalLock = 0;
+      code = decoder->get_HorizontalLocked(&horizontalLock);
+      locked = SUCCEEDED(code) && horizontalLock != 0;
+    }
+  } else {
+    ULONG status = 0;
+    code = Decoder->GetStatus(&status);
+    locked = (status & kDecoderLocked) != 0 && (status & kDecoderFieldRate) != 0;
+  }
+  Store(present, locked);
+  Store(strength, locked ? 5 : 0);
+  return code;
+}
+
+std::uint32_t Saa713xDevice::ReadTunerAfc(std::uint8_t* reading) {
+  std::uint8_t status = reading ? *reading : 0;
+  I2CReadSequence(kTunerStatusAddress, &status, 1);
+  Store(reading, TunerAfcCode(status));
+  return 1;
+}
+
+}  // namespace zelk
