@@ -1,0 +1,43 @@
+// The library's state: one live card at most, in the slot of its family, and the scan that may be
+// running on it. Nothing is created when the library is loaded and nothing is freed when it is
+// unloaded.
+#pragma once
+
+#include <cstdint>
+#include <tuple>
+
+#include "ZElkAPI.h"
+#include "backends/bt878/bt878_device.h"
+#include "backends/bt88x/bt88x_device.h"
+#include "backends/quillon/quillon_device.h"
+#include "backends/saa713x/saa713x_device.h"
+
+namespace zelk {
+
+struct Library {
+  // A slot owns its object; ZELK_HWInit and ZELK_Free alone write it. The objects are destroyed by
+  // ZELK_Free, never by a destructor at process exit, where their drivers may be gone.
+  std::tuple<Saa713xDevice*, Bt878Device*, Bt88xDevice*, QuillonDevice*> slots;
+
+  // Copies of the SAA713x backend's flags from the last time such a card was kept. They choose the
+  // TV scan's strategy and outlive the card.
+  std::uint8_t AlpsTsehTsej;
+  std::uint8_t AlpsTsez;
+
+  // True while a scan loop runs; the TV scan and the FM scan share it.
+  bool ScanRunning;
+  // The callback of the FM scan, library-wide so that ZELK_Free can silence it.
+  ZELK_ScanCallback FmScanCallback;
+
+  // Counts the calls of ZELK_Free, so that a scan notices that its card has gone.
+  std::uint32_t freeCount;
+};
+
+extern Library library;
+
+template <class Backend>
+Backend*& Slot() {
+  return std::get<Backend*>(library.slots);
+}
+
+}  // namespace zelk
