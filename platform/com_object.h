@@ -54,7 +54,9 @@ class ComObject : public Interfaces... {
 
   template <class Interface, class Offered>
   bool Offer(REFIID iid, void** object) {
-    if constexpr (std::is_same_v<Interface, IUnknown>) {
+    // An interface without a known identity is handed out by its object alone, never by query.
+    constexpr bool hasIdentity = requires { InterfaceId<Interface>::value; };
+    if constexpr (std::is_same_v<Interface, IUnknown> || !hasIdentity) {
       return false;
     } else {
       if (iid == IidOf<Interface>()) {

@@ -4,6 +4,8 @@
 #ifdef _WIN32
 #include <windows.h>
 
+// Keeps <dshow.h> from renaming C functions that the standard library's own headers use.
+#define NO_DSHOW_STRSAFE
 #include <dshow.h>
 #include <ks.h>
 

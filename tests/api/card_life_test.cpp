@@ -1,0 +1,199 @@
+// How a card is chosen, kept and freed, and what the exports add to the backend's answers.
+#include "tests/support/card_test.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using virtual_cards::Saa713xOptions;
+
+class CardLife : public CardTest {};
+
+constexpr char kNotOurs[] = "SAA713x: Device is not SAA713x series product from Korvane";
+
+TEST_F(CardLife, NullArgumentsAreRefusedByName) {
+  PlugTuner(1);
+  const auto capture = card->CaptureFilter();
+  EXPECT_EQ(ZELK_HWInit(nullptr, nullptr, nullptr, 0), E_FAIL);
+  EXPECT_EQ(ZELK_HWInit(capture.Get(), nullptr, nullptr, 0), E_FAIL);
+  EXPECT_THAT(TakeLog(), ElementsAre(kNotOurs, kNotOurs));
+  EXPECT_EQ(ZELK_HWInit(nullptr, card->FriendlyName().c_str(), nullptr, 0), E_FAIL);
+  EXPECT_THAT(TakeLog(), ElementsAre("SAA713x: Get Video Capture IKsPropertySet interface fail"));
+}
+
+TEST_F(CardLife, NamesAreComparedExactly) {
+  PlugTuner(1);
+  const auto capture = card->CaptureFilter();
+  for (const char* name :
+       {"korvane, Telmora WDM Video Capture (7134)", "Korvane, Telmora WDM Video Capture (7134) ",
+        "Korvane, Telmora WDM Video Capture", "Grab7134", ""}) {
+    EXPECT_EQ(ZELK_HWInit(capture.Get(), name, nullptr, 0), E_FAIL) << name;
+    EXPECT_THAT(TakeLog(), ElementsAre(kNotOurs)) << name;
+  }
+  for (const char* name :
+       {"Grab7134 Capture", "Korvane, Telmora WDM Video Capture (7130)",
+        "Korvane, Telmora WDM Video Capture (7133/7135)",
+        "Korvane, Telmora WDM Video Capture (7133)", "Korvane, Telmora WDM Video Capture (7134)",
+        "Dravik Pelion (7130) WDM Video Capture", "Dravik Pelion (7134) WDM Video Capture",
+        "Unknown Boardconfiguration (EEPROM not programmed or missing)",
+        "ZElk Q44 WDM Video Capture", "HXA 218 WDM Video Capture", "HXA 219 WDM Video Capture",
+        "Korvane, Telmora WDM Video Capture (Silicon)", "Grab7134 Capture Device",
+        "Korvane, Telmora WDM Video Capture (K21)", "Korvane, Telmora WDM Video Capture (K22)"}) {
+    EXPECT_EQ(ZELK_HWInit(capture.Get(), name, nullptr, 0), S_OK) << name;
+  }
+}
+
+TEST_F(CardLife, SecondInitReleasesTheFirstCard) {
+  PlugTuner(1);
+  ASSERT_EQ(Init(), S_OK);
+  const int held = card->LiveReferences();
+  EXPECT_GT(held, 0);
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_EQ(card->LiveReferences(), held);
+  // A refused card leaves none.
+  EXPECT_EQ(ZELK_HWInit(nullptr, "another card", nullptr, 0), E_FAIL);
+  EXPECT_EQ(card->LiveReferences(), 0);
+  std::uint32_t type = 77;
+  EXPECT_EQ(ZELK_GetTunerType(&type), E_FAIL);
+  EXPECT_EQ(type, 77u);
+}
+
+TEST_F(CardLife, TunerNames) {
+  const std::pair<std::uint32_t, const char*> names[] = {{0, "FI1216MK2"},
+                                                         {36, "VP13 - 58.75MHz for Japan"},
+                                                         {40, "Silicon"},
+                                                         {41, "Silicon"},
+                                                         {48, "ALPS_TSEJ1"}};
+  for (const auto& [type, name] : names) {
+    PlugTuner(type);
+    ASSERT_EQ(Init(), S_OK);
+    char buffer[64];
+    std::memset(buffer, 'x', sizeof(buffer));
+    EXPECT_EQ(ZELK_GetTunerName(buffer, sizeof(buffer)), S_OK);
+    EXPECT_EQ(std::string(buffer, 64),
+              std::string(name) + std::string(64 - std::strlen(name), '\0'));
+  }
+  // Size 0 zeroes nothing and the name is copied all the same.
+  char buffer[32];
+  std::memset(buffer, 'x', sizeof(buffer));
+  EXPECT_EQ(ZELK_GetTunerName(buffer, 0), S_OK);
+  EXPECT_STREQ(buffer, "ALPS_TSEJ1");
+  EXPECT_EQ(buffer[11], 'x');
+}
+
+TEST_F(CardLife, ExportsOfOtherFamiliesAnswerAsWithoutACard) {
+  PlugTv(1);
+  std::uint32_t value = 7;
+  std::uint8_t byte = 7;
+  EXPECT_EQ(ZELK_FMGetAudioMode(&value), E_FAIL);
+  EXPECT_EQ(ZELK_ReadI2C(0xC1, &byte, 1), E_NOTIMPL);
+  EXPECT_EQ(ZELK_WriteI2C(0xC1, &byte, 1), E_NOTIMPL);
+  EXPECT_EQ(ZELK_SetMPEGParam({}), E_NOTIMPL);
+  EXPECT_EQ(ZELK_SetAdcVolume(), 1);
+  EXPECT_EQ(value, 7u);
+}
+
+TEST_F(CardLife, SearchLevelRange) {
+  PlugTuner(1);
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_EQ(ZELK_FM_SetSearchLevel(-1), 0);
+  EXPECT_EQ(ZELK_FM_SetSearchLevel(10), 0);
+  EXPECT_EQ(ZELK_FM_SetSearchLevel(0), 1);
+  EXPECT_EQ(ZELK_FM_SetSearchLevel(9), 1);
+}
+
+TEST_F(CardLife, DecoderKinds) {
+  const std::pair<std::uint32_t, std::uint32_t> kinds[] = {
+      {0x7133, 3}, {0x7135, 3}, {0x7134, 4}, {0x7130, 0}, {0x7131, 1}, {0x7146, 0xFFFFFFFF}};
+  for (const auto& [chip, kind] : kinds) {
+    Plug({.chipId = chip});
+    ASSERT_EQ(Init(), S_OK);
+    std::uint32_t answer = 77;
+    EXPECT_EQ(ZELK_GetDecoder(&answer), S_OK);
+    EXPECT_EQ(answer, kind) << std::hex << chip;
+    card->Refuse("capture get ZELK_SAA.74", E_FAIL);
+    EXPECT_EQ(ZELK_GetDecoder(&answer), S_OK);
+    EXPECT_EQ(answer, 0xFFFFFFFF);
+  }
+}
+
+TEST_F(CardLife, TuningWithoutAPresencePlaceAsksForNoSignal) {
+  PlugTv(1, MakeAir({175250}));
+  TakeTrace();
+  EXPECT_EQ(ZELK_SetFreq(175250, nullptr), S_OK);
+  EXPECT_THAT(TakeTrace(), ::testing::Not(::testing::Contains(::testing::StartsWith("i2c read"))));
+  std::uint32_t present = 0;
+  EXPECT_EQ(ZELK_SetFreq(175250, &present), S_OK);
+  EXPECT_EQ(present, 1u);
+  // A tuning that fails is not followed by a query either.
+  card->Refuse("capture set VAMP_TUNE.3 00000002", E_FAIL);
+  present = 77;
+  EXPECT_EQ(ZELK_SetFreq(182250, &present), E_FAIL);
+  EXPECT_EQ(present, 77u);
+}
+
+// The requests alone: what chips answer depends on what they were asked before.
+std::vector<std::string> WithoutAnswers(std::vector<std::string> trace) {
+  for (std::string& line : trace) line = line.substr(0, line.find(" -> "));
+  return trace;
+}
+
+// The same calls with and without places: the same results, the same traffic.
+TEST_F(CardLife, NullPlacesChangeNothingElse) {
+  struct Case {
+    const char* name;
+    HRESULT (*call)(bool places);
+  };
+  static std::uint32_t u32[16];
+  static std::uint8_t u8[16];
+  static double f64;
+  static ZELK_HWInfo info;
+  const Case cases[] = {
+      {"GetHWInfo", [](bool p) { return ZELK_GetHWInfo(p ? &info : nullptr); }},
+      {"GetTunerType", [](bool p) { return ZELK_GetTunerType(p ? u32 : nullptr); }},
+      {"GetHWLock", [](bool p) { return ZELK_GetHWLock(1, p ? u32 : nullptr); }},
+      {"GetDecoder", [](bool p) { return ZELK_GetDecoder(p ? u32 : nullptr); }},
+      {"IsSignalPresent",
+       [](bool p) {
+         return p ? ZELK_IsSignalPresent(u32, u32, &f64)
+                  : ZELK_IsSignalPresent(nullptr, nullptr, nullptr);
+       }},
+      {"GetVIDEOSTANDARD", [](bool p) { return ZELK_GetVIDEOSTANDARD(p ? u32 : nullptr); }},
+      {"GetRemoteData", [](bool p) { return ZELK_GetRemoteData(p ? u32 : nullptr); }},
+      {"GetRemoteICData", [](bool p) { return ZELK_GetRemoteICData(p ? u8 : nullptr); }},
+      {"ReadEEPROM", [](bool p) { return ZELK_ReadEEPROM(0x20, p ? u8 : nullptr); }},
+      {"I2CReadSequence", [](bool p) { return ZELK_I2CReadSequence(0xA1, p ? u8 : nullptr, 16); }},
+      {"GetFUSE", [](bool p) { return ZELK_GetFUSE(p ? u32 : nullptr); }},
+      {"GetAUDIOSYSTEM", [](bool p) { return ZELK_GetAUDIOSYSTEM(p ? u32 : nullptr); }},
+      {"GetGainValue", [](bool p) { return ZELK_GetGainValue(0x71, p ? u32 : nullptr); }},
+      {"Get7135Bass", [](bool p) { return ZELK_Get7135Bass(p ? u32 : nullptr); }},
+  };
+  for (const std::uint32_t tuner : {0u, 12u, 24u, 36u, 40u, 41u, 46u}) {
+    PlugTv(tuner, MakeAir({175250}));
+    ASSERT_EQ(ZELK_SetFreq(175250, nullptr), S_OK);
+    for (const Case& one : cases) {
+      TakeTrace();
+      const HRESULT withPlaces = one.call(true);
+      const auto trafficWithPlaces = WithoutAnswers(TakeTrace());
+      EXPECT_EQ(one.call(false), withPlaces) << one.name << " on tuner " << tuner;
+      EXPECT_EQ(WithoutAnswers(TakeTrace()), trafficWithPlaces)
+          << one.name << " on tuner " << tuner;
+    }
+  }
+  EXPECT_EQ(ZELK_I2CWriteSequence(0xC2, nullptr, 4), E_FAIL);
+}
+
+TEST_F(CardLife, UnwritableLogChangesNoResult) {
+  PlugTuner(1);
+  std::filesystem::create_directory("zelkapi_713x.log");
+  EXPECT_EQ(ZELK_HWInit(nullptr, "another card", nullptr, 0), E_FAIL);
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_EQ(ZELK_SetFreq(175250, nullptr), VFW_E_WRONG_STATE);
+  std::filesystem::remove("zelkapi_713x.log");
+  EXPECT_EQ(ZELK_SetFreq(175250, nullptr), VFW_E_WRONG_STATE);
+  EXPECT_THAT(TakeLog(), ElementsAre("SAA713x SetTVFreq(): Current mode not TV"));
+}
+
+}  // namespace
+}  // namespace zelk::test

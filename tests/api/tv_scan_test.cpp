@@ -1,0 +1,244 @@
+// The TV scan: what it finds on every tuner, its events, and everything that can interrupt it.
+#include <functional>
+
+#include "platform/win32.h"
+#include "tests/support/card_test.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
+using ::testing::IsEmpty;
+
+// What the running test wants done at an event.
+std::function<void(std::uint32_t, std::uint32_t)> atEvent;
+
+void ZELK_CALL ActOnEvent(uint32_t event, uint32_t value, uint32_t extra) {
+  RecordScanEvent(event, value, extra);
+  if (atEvent) atEvent(event, value);
+}
+
+class TvScan : public CardTest {
+ protected:
+  TvScan() { atEvent = nullptr; }
+  ~TvScan() override { atEvent = nullptr; }
+
+  static std::vector<std::string> EventsOf(const std::string& code) {
+    std::vector<std::string> events;
+    for (const std::string& event : scanEvents) {
+      if (event.starts_with(code)) events.push_back(event);
+    }
+    return events;
+  }
+};
+
+struct Tuner {
+  std::uint32_t type;
+  std::uint32_t standard;
+  std::uint32_t country;
+  std::vector<double> carriers;
+};
+
+const std::vector<double> kEurope = {48250, 175250.01, 189249.99, 210260, 471240, 623250, 855250};
+const std::vector<double> kAmerica = {55250, 83260, 181250, 211240, 475250, 681250, 801250};
+const std::vector<double> kJapan = {91250, 103240, 171250, 217260, 471250, 597250, 765250};
+
+std::vector<Tuner> AllTuners() {
+  std::vector<Tuner> tuners;
+  const auto add = [&](std::initializer_list<std::uint32_t> types, std::uint32_t standard,
+                       std::uint32_t country, const std::vector<double>& carriers) {
+    for (const std::uint32_t type : types) tuners.push_back({type, standard, country, carriers});
+  };
+  add({0, 1, 2, 3, 6, 7, 8, 9, 14, 15, 20, 21, 25, 26, 27, 28, 33, 34, 40, 43, 47},
+      AnalogVideo_PAL_B, 49, kEurope);
+  // 41 begins at 66 MHz, 18 and 19 at 49.25 MHz, 45 at 55.25 MHz.
+  add({18, 19, 41, 45}, AnalogVideo_PAL_D, 86, {77250, 175250, 199260, 471240, 855250});
+  add({4, 5, 12, 13, 24, 29, 30, 31, 32, 35, 42, 44}, AnalogVideo_NTSC_M, 1, kAmerica);
+  add({10, 11, 16, 17, 36, 37}, AnalogVideo_NTSC_M_J, 81, kJapan);
+  return tuners;
+}
+
+TEST_F(TvScan, EveryTunerFindsExactlyTheCarriersOnTheAir) {
+  for (const Tuner& tuner : AllTuners()) {
+    PlugTv(tuner.type, MakeAir(tuner.carriers, tuner.standard));
+    ZELK_put_TVFormat(tuner.standard, tuner.country);
+    ZELK_HWInfo info = {};
+    ASSERT_EQ(ZELK_GetHWInfo(&info), S_OK);
+    std::vector<std::uint32_t> expected;
+    for (const double carrier : tuner.carriers) {
+      // The raster position nearest to the carrier, where it lies in the card's band.
+      const auto raster = static_cast<std::uint32_t>(carrier / 250 + 0.5) * 250;
+      // The last probe comes before the end of the band.
+      if (raster >= info.TvLowKHz && raster < info.TvHighKHz) expected.push_back(raster);
+    }
+    EXPECT_THAT(ScanTv(), ElementsAreArray(expected)) << "tuner type " << tuner.type;
+  }
+}
+
+TEST_F(TvScan, AlpsModulesReportByTheirAfcReading) {
+  // On the raster the reading is 2, 62.5 kHz above it 3.
+  const std::vector<double> carriers = {133250, 183312.5, 475250};
+  for (const std::uint32_t type : {46u, 48u}) {
+    PlugTv(type, MakeAir(carriers, AnalogVideo_NTSC_M));
+    ZELK_put_TVFormat(AnalogVideo_NTSC_M, 1);
+    EXPECT_THAT(ScanTv(), ElementsAre(135000, 183250, 477000)) << type;
+  }
+  PlugTv(47, MakeAir(carriers, AnalogVideo_PAL_B));
+  ZELK_put_TVFormat(AnalogVideo_PAL_B, 49);
+  EXPECT_THAT(ScanTv(), ElementsAre(133250, 183250, 475250));
+}
+
+TEST_F(TvScan, EventsInOrder) {
+  PlugTv(5, MakeAir({55500}, AnalogVideo_NTSC_M));
+  atEvent = [](std::uint32_t event, std::uint32_t value) {
+    if (event == ZELK_EVENT_POSITION && value >= 61000) ZELK_AllFreqScan(nullptr, 0);
+  };
+  EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), S_FALSE);
+  EXPECT_THAT(scanEvents, ElementsAre("1001 0", "1002 0", "1004 55500", "1003 55500", "1002 0",
+                                      "1004 60750", "1002 0", "1004 61000", "1005 0"));
+}
+
+TEST_F(TvScan, WholeBandEndsAtOrAboveItsLimit) {
+  PlugTv(5, MakeAir({799750}, AnalogVideo_NTSC_M));
+  EXPECT_EQ(ZELK_AllFreqScan(RecordScanEvent, ZELK_SCAN_START), S_FALSE);
+  // The channel near the end carries the sweep past it: (805000 - 55250) * 100 / 746000 = 100.5.
+  EXPECT_EQ(EventsOf("1004").back(), "1004 805000");
+  EXPECT_EQ(EventsOf("1002").back(), "1002 100");
+  EXPECT_EQ(EventsOf("1004").size(), 2979u);
+}
+
+TEST_F(TvScan, StopsAfter125Channels) {
+  std::vector<double> carriers;
+  for (int i = 0; i < 140; ++i) carriers.push_back(48250 + 5250.0 * i);
+  PlugTv(1, MakeAir(carriers));
+  EXPECT_EQ(ZELK_AllFreqScan(RecordScanEvent, ZELK_SCAN_START), S_FALSE);
+  EXPECT_EQ(EventsOf("1003").size(), 125u);
+  EXPECT_EQ(EventsOf("1002").back(), "1002 81");
+}
+
+TEST_F(TvScan, CommandsWhileNothingRuns) {
+  PlugTv(1);
+  TakeTrace();
+  EXPECT_EQ(ZELK_AllFreqScan(RecordScanEvent, ZELK_SCAN_STOP), S_FALSE);
+  EXPECT_EQ(ZELK_AllFreqScan(RecordScanEvent, 2), S_FALSE);
+  EXPECT_THAT(scanEvents, ElementsAre("1005 0", "1005 0"));
+  EXPECT_EQ(ZELK_AllFreqScan(nullptr, ZELK_SCAN_STOP), S_FALSE);
+  EXPECT_THAT(TakeTrace(), IsEmpty());
+}
+
+TEST_F(TvScan, StopAtTheFirstEventProbesNothing) {
+  PlugTv(1);
+  TakeTrace();
+  atEvent = [](std::uint32_t event, std::uint32_t) {
+    if (event != ZELK_EVENT_STARTED) return;
+    EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_STOP), S_OK);
+  };
+  EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), S_FALSE);
+  EXPECT_THAT(scanEvents, ElementsAre("1001 0", "1005 0"));
+  EXPECT_THAT(TakeTrace(), IsEmpty());
+}
+
+TEST_F(TvScan, SecondStartIsRefusedAndAnotherCommandNests) {
+  PlugTv(1, MakeAir({855000}));
+  bool nested = false;
+  atEvent = [&](std::uint32_t event, std::uint32_t) {
+    if (event != ZELK_EVENT_POSITION || nested) return;
+    nested = true;
+    const auto before = scanEvents.size();
+    EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), E_FAIL);
+    EXPECT_EQ(scanEvents.size(), before);
+    EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, 2), S_FALSE);
+  };
+  EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), S_FALSE);
+  // The nested sweep runs to the end of the band and its end is the outer one's too.
+  EXPECT_THAT(EventsOf("1001"), ElementsAre("1001 0", "1001 0"));
+  EXPECT_THAT(EventsOf("1005"), ElementsAre("1005 0", "1005 0"));
+  EXPECT_THAT(EventsOf("1003"), ElementsAre("1003 855000"));
+}
+
+TEST_F(TvScan, CardFreedOrExchangedByACallback) {
+  for (const std::uint32_t at :
+       {ZELK_EVENT_STARTED, ZELK_EVENT_FOUND, ZELK_EVENT_PROGRESS, ZELK_EVENT_POSITION}) {
+    for (const bool exchange : {false, true}) {
+      PlugTv(1, MakeAir({48250, 55250}));
+      scanEvents.clear();
+      bool done = false;
+      atEvent = [&](std::uint32_t event, std::uint32_t) {
+        if (event != at || done) return;
+        done = true;
+        exchange ? static_cast<void>(Init()) : ZELK_Free();
+      };
+      EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), S_FALSE);
+      EXPECT_TRUE(done);
+      EXPECT_LE(EventsOf("1003").size(), 1u);
+      EXPECT_LE(EventsOf("1004").size(), 1u);
+      EXPECT_EQ(scanEvents.back(), "1005 0");
+    }
+  }
+}
+
+// A window of the calling thread whose procedure does what an application's might.
+std::function<void()> atMessage;
+
+LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message != WM_APP) return DefWindowProcA(window, message, wParam, lParam);
+  if (atMessage) atMessage();
+  return 0;
+}
+
+class TvScanWithWindow : public TvScan {
+ protected:
+  TvScanWithWindow() {
+    WNDCLASSA windowClass = {};
+    windowClass.lpfnWndProc = WindowProcedure;
+    windowClass.lpszClassName = "scan test";
+    RegisterClassA(&windowClass);
+    window =
+        CreateWindowExA(0, "scan test", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+  }
+  ~TvScanWithWindow() override {
+    DestroyWindow(window);
+    UnregisterClassA("scan test", nullptr);
+    atMessage = nullptr;
+  }
+
+  HWND window;
+};
+
+TEST_F(TvScanWithWindow, StopFinishesTheCurrentProbe) {
+  PlugTv(1, MakeAir({48250}));
+  atMessage = [] { EXPECT_EQ(ZELK_AllFreqScan(nullptr, ZELK_SCAN_STOP), S_OK); };
+  PostMessageA(window, WM_APP, 0, 0);
+  EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), S_FALSE);
+  EXPECT_THAT(scanEvents, ElementsAre("1001 0", "1003 48250", "1002 0", "1004 53500", "1005 0"));
+}
+
+TEST_F(TvScanWithWindow, CardFreedInTheMiddleOfAProbeFindsNothing) {
+  for (const std::uint32_t type : {1u, 46u, 47u}) {
+    for (const bool exchange : {false, true}) {
+      // A carrier at the first probe of each band.
+      PlugTv(type, MakeAir({48250, 55250}));
+      ZELK_put_TVFormat(AnalogVideo_PAL_B, 49);
+      scanEvents.clear();
+      atMessage = [&] { exchange ? static_cast<void>(Init()) : ZELK_Free(); };
+      PostMessageA(window, WM_APP, 0, 0);
+      EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), S_FALSE);
+      EXPECT_THAT(EventsOf("1003"), IsEmpty()) << type;
+      EXPECT_EQ(EventsOf("1004").size(), 1u);
+      EXPECT_EQ(scanEvents.back(), "1005 0");
+    }
+  }
+}
+
+TEST_F(TvScan, OutsideTvModeNothingIsFoundAndTheBandIsWalked) {
+  PlugTuner(5, MakeAir({175250}));
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_EQ(ZELK_AllFreqScan(RecordScanEvent, ZELK_SCAN_START), S_FALSE);
+  EXPECT_THAT(EventsOf("1003"), IsEmpty());
+  EXPECT_EQ(EventsOf("1004").size(), (801250u - 55250u) / 250);
+  EXPECT_THAT(TakeLog(), ::testing::Each("SAA713x SetTVFreq(): Current mode not TV"));
+}
+
+}  // namespace
+}  // namespace zelk::test

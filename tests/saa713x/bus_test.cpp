@@ -1,0 +1,203 @@
+// I2C, EEPROM and remote control: what goes over the wires and what failures look like.
+#include "platform/host/control.h"
+#include "platform/vamp.h"
+#include "tests/support/card_test.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using virtual_cards::Saa713xOptions;
+
+class Bus : public CardTest {
+ protected:
+  void PlugBoard(const Saa713xOptions& options = {}) {
+    Plug(options);
+    ASSERT_EQ(Init(), S_OK);
+    TakeTrace();
+  }
+};
+
+TEST_F(Bus, SequencesSelectTheirDevice) {
+  PlugBoard();
+  const std::uint8_t bytes[] = {0x0D, 0x42, 0xCE, 0x90};
+  EXPECT_EQ(ZELK_I2CWriteSequence(0xC2, bytes, 4), S_OK);
+  std::uint8_t buffer[2] = {};
+  EXPECT_EQ(ZELK_I2CReadSequence(0xA1, buffer, 2), S_OK);
+  const auto trace = TakeTrace();
+  ASSERT_EQ(trace.size(), 4u);
+  EXPECT_EQ(trace[0], "i2c select C2");
+  EXPECT_EQ(trace[1], "i2c write C2: 0D 42 CE 90");
+  EXPECT_EQ(trace[2], "i2c select A1");
+  EXPECT_TRUE(trace[3].starts_with("i2c read A1 -> ")) << trace[3];
+}
+
+TEST_F(Bus, FailuresOfSequences) {
+  constexpr HRESULT kBusError = static_cast<HRESULT>(0x8007001F);
+  PlugBoard();
+  std::uint8_t buffer[2] = {};
+  // The call succeeds, the bus status says it failed.
+  card->Refuse("i2c read", kVampBusFailed);
+  EXPECT_EQ(ZELK_I2CReadSequence(0xC1, buffer, 2), E_FAIL);
+  card->ClearRefusals();
+  // The driver's own code is not passed on for reads, but for writes.
+  card->Refuse("i2c read", kBusError);
+  EXPECT_EQ(ZELK_I2CReadSequence(0xC1, buffer, 2), E_FAIL);
+  EXPECT_THAT(TakeLog(), ElementsAre("SAA713x I2CRead() fail", "SAA713x I2CRead() fail"));
+  card->Refuse("i2c write", kBusError);
+  EXPECT_EQ(ZELK_I2CWriteSequence(0xC2, buffer, 2), kBusError);
+  EXPECT_THAT(TakeLog(), ElementsAre("SAA713x I2CWriteSequence() fail"));
+}
+
+TEST_F(Bus, Eeprom) {
+  std::array<std::uint8_t, 256> image;
+  for (std::size_t i = 0; i < image.size(); ++i) image[i] = static_cast<std::uint8_t>(255 - i);
+  PlugBoard({.eeprom = image});
+  std::uint8_t byte = 0;
+  EXPECT_EQ(ZELK_ReadEEPROM(0x30, &byte), S_OK);
+  EXPECT_EQ(byte, 0xCF);
+  EXPECT_THAT(TakeTrace(), ElementsAre("i2c select A0", "i2c read A0[30] -> CF"));
+  // Its status is not looked at: the call's own code decides.
+  card->Refuse("i2c read A0", kVampBusFailed);
+  EXPECT_EQ(ZELK_ReadEEPROM(0x31, &byte), S_OK);
+
+  PlugBoard({.eepromPresent = false});
+  TakeLog();
+  byte = 77;
+  EXPECT_EQ(ZELK_ReadEEPROM(0x30, &byte), E_FAIL);
+  EXPECT_EQ(byte, 0);
+  EXPECT_THAT(TakeLog(), ElementsAre("SAA713x ReadEEPROM(): Read data fail"));
+}
+
+TEST_F(Bus, RemoteChipKeys) {
+  PlugBoard();
+  struct Case {
+    std::uint8_t kind, code;
+    std::uint32_t data;
+    std::uint8_t icData;
+  };
+  for (const Case& one : {
+           Case{2, 0, 0x02, 0x30},
+           {2, 1, 0x82, 0x31},
+           {2, 2, 0x42, 0x32},
+           {2, 3, 0xC2, 0x33},
+           {2, 5, 0xA2, 0},
+           {2, 16, 0x0A, 0},
+           {2, 31, 0xFA, 0},
+           {2, 32, 0, 0},
+           {2, 0xFF, 0, 1},
+           {3, 0, 0x03, 0x20},
+           {3, 1, 0x83, 0x21},
+           {3, 2, 0x43, 0x22},
+           {3, 3, 0xC3, 0x23},
+           {3, 4, 0, 0},
+           {3, 0xFF, 0, 0},
+           {1, 0, 0, 0},
+           {4, 2, 0, 0},
+       }) {
+    card->PressKey(one.kind, one.code);
+    std::uint32_t data = 0xAAAAAAAA;
+    std::uint8_t icData = 0xAA;
+    EXPECT_EQ(ZELK_GetRemoteData(&data), S_OK);
+    EXPECT_EQ(ZELK_GetRemoteICData(&icData), S_OK);
+    EXPECT_EQ(data, one.data) << +one.kind << " " << +one.code;
+    EXPECT_EQ(icData, one.icData) << +one.kind << " " << +one.code;
+  }
+}
+
+TEST_F(Bus, RemoteChipTraffic) {
+  PlugBoard();
+  card->PressKey(2, 1);
+  const auto before = host::SleptMilliseconds();
+  std::uint32_t data = 0;
+  EXPECT_EQ(ZELK_GetRemoteData(&data), S_OK);
+  EXPECT_EQ(host::SleptMilliseconds() - before, 20u);
+  EXPECT_THAT(TakeTrace(), ElementsAre("i2c select 80", "i2c read 80[0D] -> 01", "i2c select 80",
+                                       "i2c read 80[0B] -> 02"));
+  std::uint8_t icData = 0;
+  EXPECT_EQ(ZELK_GetRemoteICData(&icData), S_OK);
+  EXPECT_THAT(TakeTrace(), ElementsAre("i2c select 80", "i2c write 80: 0D", "i2c read 80 -> 01",
+                                       "i2c select 80", "i2c write 80: 0B", "i2c read 80 -> 02"));
+  // The result is that of the last read alone.
+  card->Refuse("i2c read 80[0D]", E_FAIL);
+  EXPECT_EQ(ZELK_GetRemoteData(&data), S_OK);
+  card->Refuse("i2c read 80[0B]", E_FAIL);
+  EXPECT_EQ(ZELK_GetRemoteData(&data), E_FAIL);
+  EXPECT_EQ(data, 0u);
+}
+
+TEST_F(Bus, RemoteOnGpio) {
+  PlugBoard({.remoteChip = false});
+  std::uint32_t data = 0;
+  // Lines 3 to 10 carry the eight bits; line 4 is high while a key waits.
+  for (const unsigned line : {3u, 4u, 6u, 10u}) card->DriveGpioInput(line, true);
+  TakeTrace();
+  EXPECT_EQ(ZELK_GetRemoteData(&data), S_OK);
+  EXPECT_EQ(data, 0x8Bu);
+  EXPECT_THAT(TakeTrace(),
+              ElementsAre("gpio 3 -> 1", "gpio 4 -> 1", "gpio 5 -> 0", "gpio 6 -> 1", "gpio 7 -> 0",
+                          "gpio 8 -> 0", "gpio 9 -> 0", "gpio 10 -> 1", "gpio 2 := 1"));
+  card->DriveGpioInput(4, false);
+  for (const unsigned line : {3u, 6u, 10u}) card->DriveGpioInput(line, true);
+  EXPECT_EQ(ZELK_GetRemoteData(&data), S_OK);
+  EXPECT_EQ(data, 0u);
+  EXPECT_THAT(TakeTrace(), ElementsAre("gpio 3 -> 1", "gpio 4 -> 0"));
+  card->Refuse("gpio 4", E_FAIL);
+  EXPECT_EQ(ZELK_GetRemoteData(&data), E_FAIL);
+}
+
+TEST_F(Bus, UnreadableRemoteByteMeansTheChip) {
+  // EEPROM byte 0x22 reads as 0, so that its bit 2 is clear.
+  PlugBoard({.eepromPresent = false});
+  std::uint32_t data = 0;
+  ZELK_GetRemoteData(&data);
+  EXPECT_EQ(TakeTrace().front(), "i2c select 80");
+}
+
+// Before HWInit has finished, every operation says so and refuses.
+TEST_F(Bus, UninitialisedObject) {
+  Saa713xDevice device;
+  std::uint32_t u32 = 7;
+  std::uint8_t u8 = 7;
+  ZELK_HWInfo info = {};
+  EXPECT_EQ(device.GetHWInfo(&info), E_FAIL);
+  EXPECT_EQ(device.GetTunerType(&u32), E_FAIL);
+  EXPECT_EQ(device.InitialTV(), E_FAIL);
+  EXPECT_EQ(device.SetTVFormat(1, 1), E_FAIL);
+  EXPECT_EQ(device.SetTVFreq(175250), E_FAIL);
+  EXPECT_EQ(device.IsSignalPresent_TUNER(&u32, nullptr, nullptr), E_FAIL);
+  EXPECT_EQ(device.IsSignalPresent_DECODER(&u32, nullptr), E_FAIL);
+  EXPECT_EQ(device.I2CWriteSequence(0xC2, &u8, 1), E_FAIL);
+  EXPECT_EQ(device.I2CReadSequence(0xC1, &u8, 1), E_FAIL);
+  EXPECT_EQ(device.I2CRead(0xC1, &u8), E_FAIL);
+  EXPECT_EQ(device.I2CWriteDWord(0xC2, 0, 0), E_FAIL);
+  EXPECT_EQ(device.ReadEEPROM(0, &u8), E_FAIL);
+  EXPECT_EQ(device.GetRemoteData(&u32), E_FAIL);
+  EXPECT_EQ(device.GetRemoteICData(&u8), E_FAIL);
+  // The property operations refuse without a word.
+  EXPECT_EQ(device.SetHWLock(0, 1), E_FAIL);
+  EXPECT_EQ(device.GetHWLock(0, &u32), E_FAIL);
+  EXPECT_EQ(device.SetVolume(1), E_FAIL);
+  EXPECT_EQ(device.GetFUSE(&u32), E_FAIL);
+  EXPECT_EQ(device.SetAUDIOSYSTEM(1), E_FAIL);
+  EXPECT_EQ(u32, 7u);
+  EXPECT_EQ(u8, 7);
+  EXPECT_THAT(TakeLog(),
+              ElementsAre("SAA713x GetHWInfo(): Hardware not initial",
+                          "SAA713x GetTunerType(): Hardware not initial",
+                          "SAA713x InitialTV(): Hardware not initial",
+                          "SAA713x SetTVFormat(): Hardware not initial",
+                          "SAA713x SetTVFreq(): Hardware not initial or frequency not correct",
+                          "SAA713x IsSignalPresent_DECODER(): Hardware not initial",
+                          "SAA713x I2CWriteSequence(): Hardware not initial",
+                          "SAA713x I2CReadSequence(): Hardware not initial",
+                          "SAA713x I2CRead(): Hardware not initial",
+                          "SAA713x I2CWriteDWord(): Hardware not initial",
+                          "SAA713x ReadEEPROM(): Hardware not initial",
+                          "SAA713x GetRemoteData(): Hardware not initial",
+                          "SAA713x GetRemoteICData(): Hardware not initial"));
+}
+
+}  // namespace
+}  // namespace zelk::test

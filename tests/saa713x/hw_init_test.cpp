@@ -1,0 +1,297 @@
+// Initialisation: each step refused in turn, and what the board's configuration makes of the card.
+#include <fstream>
+
+#include "platform/host/control.h"
+#include "tests/support/card_test.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using virtual_cards::Saa713xOptions;
+
+class HwInit : public CardTest {
+ protected:
+  ZELK_HWInfo InfoOf(const Saa713xOptions& options, std::uint32_t russiaFlag = 0) {
+    Plug(options);
+    EXPECT_EQ(Init(russiaFlag), S_OK);
+    ZELK_HWInfo info = {};
+    EXPECT_EQ(ZELK_GetHWInfo(&info), S_OK);
+    return info;
+  }
+  static std::uint32_t TunerType() {
+    std::uint32_t type = 0;
+    EXPECT_EQ(ZELK_GetTunerType(&type), S_OK);
+    return type;
+  }
+  static std::array<std::uint8_t, 256> Eeprom(
+      std::initializer_list<std::pair<int, std::uint8_t>> bytes) {
+    std::array<std::uint8_t, 256> image;
+    image.fill(0xFF);
+    for (const auto& [address, byte] : bytes) image[static_cast<std::size_t>(address)] = byte;
+    return image;
+  }
+};
+
+TEST_F(HwInit, EachRequiredStepRefused) {
+  struct Case {
+    const char* request;
+    HRESULT code;
+    HRESULT expected;  // of the first backend; the library answers E_FAIL when all refuse
+    const char* log;
+  };
+  constexpr HRESULT kOther = static_cast<HRESULT>(0x8007001F);
+  const Case cases[] = {
+      {"capture query IKsPropertySet", E_NOINTERFACE, E_FAIL,
+       "SAA713x: Get Video Capture IKsPropertySet interface fail"},
+      {"tuner query IKsPropertySet", E_NOINTERFACE, E_FAIL,
+       "SAA713x: Get Tuner IKsPropertySet interface fail"},
+      {"vamp service", kOther, kOther, "SAA713x initial fail"},
+      {"vamp device", kOther, kOther, "SAA713x no device"},
+      {"vamp query-device", kOther, kOther, "SAA713x initial Cannot get IVampDevice interface"},
+      {"vamp gpio", kOther, kOther, "SAA713x initial Cannot get GPIO interface"},
+      {"vamp i2c", kOther, kOther, "SAA713x initial Cannot get I2C interface"},
+      {"vamp decoder", kOther, kOther, "SAA713x initial Cannot get IVampDecoder interface"},
+  };
+  for (const Case& one : cases) {
+    PlugTuner(1);
+    card->Refuse(one.request, one.code);
+    {
+      const auto capture = card->CaptureFilter();
+      const auto tuner = card->TunerFilter();
+      const int before = card->LiveReferences();
+      Saa713xDevice device;
+      EXPECT_EQ(device.HWInit(capture.Get(), card->FriendlyName().c_str(), tuner.Get(), 0),
+                one.expected)
+          << one.request;
+      EXPECT_THAT(TakeLog(), ElementsAre(one.log)) << one.request;
+      // The same object accepts the card once the cause has gone, and lets everything go in the
+      // end.
+      card->ClearRefusals();
+      EXPECT_EQ(device.HWInit(capture.Get(), card->FriendlyName().c_str(), tuner.Get(), 0), S_OK)
+          << one.request;
+      device.~Saa713xDevice();
+      EXPECT_EQ(card->LiveReferences(), before) << one.request;
+      new (&device) Saa713xDevice;
+    }
+    card->Refuse(one.request, one.code);
+    EXPECT_EQ(Init(), E_FAIL) << one.request;
+    EXPECT_THAT(TakeLog(), ElementsAre(one.log)) << one.request;
+    EXPECT_EQ(card->LiveReferences(), 0) << one.request;
+  }
+}
+
+TEST_F(HwInit, MissingServerIsRegisteredOnce) {
+  PlugTuner(1);
+  host::TakeExecutedCommands();
+  card->Refuse("vamp service", REGDB_E_CLASSNOTREG);
+  EXPECT_EQ(Init(), E_FAIL);
+  EXPECT_THAT(host::TakeExecutedCommands(),
+              ElementsAre("regsvr32 /s PropPage34.dll", "regsvr32 /s ComSvc34.dll"));
+  card->ClearRefusals();
+  EXPECT_EQ(Init(), S_OK);
+  EXPECT_THAT(host::TakeExecutedCommands(), IsEmpty());
+}
+
+TEST_F(HwInit, FailuresThatAreNoReasonToRefuse) {
+  struct Case {
+    const char* request;
+    std::vector<std::string> log;
+  };
+  const std::string eeprom = "SAA713x ReadEEPROM(): Read data fail";
+  const Case cases[] = {
+      {"tv-audio bind", {}},
+      {"vamp count", {}},
+      {"vamp board-config", {}},
+      {"vamp chip-id", {}},
+      {"i2c read A0", {eeprom, eeprom, eeprom}},
+      {"capture set ZELK_SAA.70", {}},
+  };
+  for (const Case& one : cases) {
+    PlugTuner(1);
+    card->Refuse(one.request, E_FAIL);
+    EXPECT_EQ(Init(), S_OK) << one.request;
+    EXPECT_EQ(TakeLog(), one.log) << one.request;
+  }
+}
+
+TEST_F(HwInit, RecordComesFromBoardConfigurationAndEeprom) {
+  const auto image = Eeprom({{0x20, 0xFF}, {0x21, 0x2A}});
+  // Bit 0: FM section; bit 8: option bit; bits 9 to 11: option code, of SAA7130 boards alone.
+  ZELK_HWInfo info = InfoOf({.chipId = 0x7130, .boardConfig = 0x0B01, .eeprom = image});
+  EXPECT_EQ(info.FmTuner, 1u);
+  EXPECT_EQ(info.BoardOptionCode, 5u);
+  EXPECT_EQ(info.BoardOptionBit, 1u);
+  EXPECT_EQ(info.BoardFlag5, 1u);
+  EXPECT_EQ(info.BoardCode6, 0xAu);
+  EXPECT_EQ(info.BoardCode9, 2u);
+  info = InfoOf({.chipId = 0x7134, .boardConfig = 0x0A00, .eeprom = image});
+  EXPECT_EQ(info.FmTuner, 0u);
+  EXPECT_EQ(info.BoardOptionCode, 2u);
+  EXPECT_EQ(info.BoardOptionBit, 0u);
+}
+
+TEST_F(HwInit, BoardCodesAndEepromChooseTheTuner) {
+  struct Case {
+    std::uint32_t boardCode;
+    std::uint8_t eeprom20;
+    std::uint32_t tunerType;
+    std::uint32_t tvLow, tvHigh;
+  };
+  const Case cases[] = {
+      {0x00, 0xFF, 0, 48250, 855250},
+      {0x09, 0xFF, 9, 48250, 855250},
+      {0x0A, 0xFF, 14, 48250, 863250},
+      {0x0D, 0xFF, 11, 91250, 765250},
+      {0x10, 0xFF, 12, 55250, 801250},
+      {0x15, 0xFF, 19, 49250, 863250},
+      {0x1B, 0xFF, 21, 48250, 863250},
+      {0x1C, 0xFF, 41, 66000, 865000},
+      {0x1F, 0xFF, 40, 40000, 865000},
+      {0x20, 0xFF, 24, 91250, 765250},
+      {0x28, 0xFF, 38, 52250, 802000},
+      {0x42, 0xFF, 46, 55250, 801250},
+      {0x85, 0xFF, 30, 55250, 801250},
+      {0xE8, 0xFF, 47, 48250, 855250},
+      {0xEE, 0xFF, 40, 40000, 865000},
+      // Codes that name no board keep the default tuner.
+      {0x12, 0xFF, 4, 55250, 801250},
+      {0xEF, 0xFF, 4, 55250, 801250},
+      // The EEPROM has the last word, where it names a tuner.
+      {0x05, 0x10, 31, 55250, 801250},
+      {0x05, 0x13, 34, 48250, 855250},
+      {0x05, 0x14, 5, 55250, 801250},
+      {0x05, 0x17, 5, 55250, 801250},
+      {0x40, 0x19, 43, 48250, 863250},
+      {0x05, 0x1B, 45, 55250, 863250},
+      {0x05, 0x1C, 5, 55250, 801250},
+      {0x05, 0x0F, 5, 55250, 801250},
+  };
+  for (const Case& one : cases) {
+    const ZELK_HWInfo info =
+        InfoOf({.boardConfig = one.boardCode, .eeprom = Eeprom({{0x20, one.eeprom20}})});
+    EXPECT_EQ(TunerType(), one.tunerType) << std::hex << one.boardCode << " " << +one.eeprom20;
+    EXPECT_EQ(info.TvLowKHz, one.tvLow) << std::hex << one.boardCode;
+    EXPECT_EQ(info.TvHighKHz, one.tvHigh) << std::hex << one.boardCode;
+  }
+}
+
+TEST_F(HwInit, FmLimits) {
+  struct Case {
+    std::uint32_t boardCode;
+    std::uint32_t russia;
+    const char* locale;
+    std::uint32_t low, high;
+  };
+  const Case cases[] = {
+      {0x01, 0, nullptr, 87500, 108000},
+      {0x03, 1, nullptr, 62000, 108000},
+      {0x03, 0x100, nullptr, 87500, 108000},  // only the low byte counts
+      {0x05, 0, nullptr, 76000, 108000},
+      {0x05, 1, nullptr, 76000, 108000},
+      {0x15, 0, nullptr, 62000, 108000},
+      {0xE1, 0, nullptr, 76000, 91000},
+      {0xE3, 0, nullptr, 87500, 108500},
+      {0xE9, 1, nullptr, 62000, 108500},
+      {0xE0, 1, nullptr, 62000, 108000},
+      // A German user's band begins at 87.5 MHz whatever the board says.
+      {0x03, 1, "00000407", 87500, 108000},
+      {0x05, 0, "00000407", 87500, 108000},
+      {0xE1, 0, "00000407", 87500, 91000},
+      {0x03, 1, "00000419", 62000, 108000},
+      {0x03, 1, "00000407x", 62000, 108000},
+  };
+  for (const Case& one : cases) {
+    std::filesystem::remove("registry.ini");
+    if (one.locale) {
+      std::ofstream("registry.ini")
+          << "[HKEY_CURRENT_USER\\Control Panel\\International]\nLocale=" << one.locale << "\n";
+    }
+    const ZELK_HWInfo info = InfoOf({.boardConfig = one.boardCode}, one.russia);
+    EXPECT_EQ(info.FmLowKHz, one.low) << std::hex << one.boardCode;
+    EXPECT_EQ(info.FmHighKHz, one.high) << std::hex << one.boardCode;
+  }
+}
+
+TEST_F(HwInit, TunerPowerSwitch) {
+  struct Case {
+    std::uint32_t boardCode;
+    HRESULT result;
+    std::vector<std::string> traffic;
+  };
+  for (const Case& one : {
+           Case{0x42, S_OK, {"capture set ZELK_SAA.67 00000001"}},
+           {0xE2, S_FALSE, {}},
+           {0x01, S_FALSE, {}},
+       }) {
+    InfoOf({.boardConfig = one.boardCode});
+    TakeTrace();
+    EXPECT_EQ(ZELK_SetTunerPowerState(0), one.result);
+    EXPECT_EQ(TakeTrace(), one.traffic) << std::hex << one.boardCode;
+  }
+  InfoOf({.boardConfig = 0x42});
+  TakeTrace();
+  EXPECT_EQ(ZELK_SetTunerPowerState(7), S_OK);
+  EXPECT_THAT(TakeTrace(), ElementsAre("capture set ZELK_SAA.67 00000000"));
+}
+
+TEST_F(HwInit, LocksAndFlags) {
+  InfoOf({});
+  TakeTrace();
+  std::uint32_t value = 77;
+  EXPECT_EQ(ZELK_SetHWLock(2, 1), E_FAIL);
+  EXPECT_EQ(ZELK_GetHWLock(2, &value), E_FAIL);
+  EXPECT_EQ(value, 77u);
+  EXPECT_THAT(TakeTrace(), IsEmpty());
+  EXPECT_EQ(ZELK_SetHWLock(1, 5), S_OK);
+  EXPECT_EQ(ZELK_GetHWLock(1, &value), S_OK);
+  EXPECT_EQ(value, 5u);
+  EXPECT_EQ(ZELK_GetHWLock(0, &value), S_OK);
+  EXPECT_EQ(value, 0u);
+  card->Refuse("capture set ZELK_SAA.70", E_FAIL);
+  EXPECT_EQ(ZELK_SetRussiaFlag(1), E_FAIL);
+}
+
+TEST_F(HwInit, AudioPropertiesPassThrough) {
+  InfoOf({});
+  TakeTrace();
+  std::uint32_t value = 0;
+  EXPECT_EQ(ZELK_SetVolume(17), S_OK);
+  EXPECT_EQ(ZELK_GetGainValue(0x71, &value), S_OK);
+  EXPECT_EQ(value, 17u);
+  EXPECT_EQ(ZELK_SetFUSE(3), S_OK);
+  EXPECT_EQ(ZELK_Set7135VirtualMode(4), S_OK);
+  EXPECT_EQ(ZELK_Set7135VirtualStereoEffect(5), S_OK);
+  EXPECT_EQ(ZELK_Set7135Bass(6), S_OK);
+  EXPECT_EQ(ZELK_Set7135Treble(7), S_OK);
+  EXPECT_EQ(ZELK_Get7135Treble(&value), S_OK);
+  EXPECT_EQ(value, 7u);
+  EXPECT_THAT(
+      TakeTrace(),
+      ElementsAre("capture set ZELK_SAA.71 00000011", "capture get ZELK_SAA.71 -> 00000011",
+                  "capture set ZELK_SAA.72 00000003", "capture set ZELK_SAA.75 00000004",
+                  "capture set ZELK_SAA.76 00000005", "capture set ZELK_SAA.77 00000006",
+                  "capture set ZELK_SAA.78 00000007", "capture get ZELK_SAA.78 -> 00000007"));
+  // A refused reading leaves the preset in the place: 0, or the property's own id.
+  card->Refuse("capture get", E_FAIL);
+  EXPECT_EQ(ZELK_GetFUSE(&value), E_FAIL);
+  EXPECT_EQ(value, 0u);
+  EXPECT_EQ(ZELK_GetGainValue(0x71, &value), E_FAIL);
+  EXPECT_EQ(value, 0x71u);
+}
+
+TEST_F(HwInit, WithoutATunerFilter) {
+  InfoOf({.tunerFilter = false});
+  ZELK_TVInit();
+  TakeTrace();
+  // Nothing is tuned and the standard is not stored, but the country is.
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
+  EXPECT_THAT(TakeTrace(), IsEmpty());
+  EXPECT_EQ(ZELK_SetFreq(175250, nullptr), S_OK);
+  EXPECT_THAT(TakeTrace(),
+              ::testing::Contains("capture set VAMP_TUNE.3 00000001 00000031 00000000 00000001"));
+}
+
+}  // namespace
+}  // namespace zelk::test

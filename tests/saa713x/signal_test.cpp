@@ -1,0 +1,180 @@
+// Signal presence on every kind of tuner, read by read, with a chip on the bus that says what it is
+// told.
+#include "platform/host/control.h"
+#include "tests/support/card_test.h"
+#include "virtual_cards/chips/i2c_bus.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+// A chip that answers reads from a list, the last one for good, and takes every write.
+class ToldChip final : public virtual_cards::I2cDevice {
+ public:
+  bool Write(std::span<const std::uint8_t>) override { return true; }
+  bool Read(std::span<std::uint8_t> bytes) override {
+    for (std::uint8_t& byte : bytes) byte = answers.front();
+    if (answers.size() > 1) answers.erase(answers.begin());
+    return true;
+  }
+  std::vector<std::uint8_t> answers;
+};
+
+struct Reading {
+  HRESULT result;
+  std::uint32_t present, strength;
+  double offset;
+
+  friend bool operator==(const Reading&, const Reading&) = default;
+  friend void PrintTo(const Reading& r, std::ostream* out) {
+    *out << r.result << " present " << r.present << " strength " << r.strength << " offset "
+         << r.offset;
+  }
+};
+
+constexpr std::uint32_t kUntouched = 77;
+
+class Signal : public CardTest {
+ protected:
+  void PlugTold(std::uint32_t type, std::uint8_t address) {
+    PlugTv(type);
+    card->FitChip(address, &chip);
+  }
+  Reading Ask(std::vector<std::uint8_t> answers, bool withOffset = true) {
+    chip.answers = std::move(answers);
+    Reading reading = {0, kUntouched, kUntouched, kUntouched};
+    reading.result = ZELK_IsSignalPresent(&reading.present, &reading.strength,
+                                          withOffset ? &reading.offset : nullptr);
+    return reading;
+  }
+
+  ToldChip chip;
+};
+
+TEST_F(Signal, PllTunerAfc) {
+  PlugTold(1, 0xC2);
+  const Reading expected[] = {
+      {S_OK, 0, 0, -125.0}, {S_OK, 1, 3, -62.5}, {S_OK, 1, 5, 0.0},   {S_OK, 1, 3, 62.5},
+      {S_OK, 0, 0, 125.0},  {S_OK, 0, 5, 125.0}, {S_OK, 0, 6, 125.0}, {S_OK, 0, 7, 125.0},
+  };
+  for (std::uint8_t code = 0; code < 8; ++code) {
+    // The bits above the reading do not matter.
+    EXPECT_EQ(Ask({static_cast<std::uint8_t>(0xC8 | code)}), expected[code]) << +code;
+    // Without a place for the offset the raw reading is the strength.
+    EXPECT_EQ(Ask({code}, false).strength, code);
+  }
+}
+
+TEST_F(Signal, DemodulatorAfc) {
+  const std::uint32_t level[] = {5, 4, 4, 3, 2, 1, 0, 0, 0, 0, 1, 2, 3, 4, 4, 5};
+  for (const std::uint32_t type : {12u, 21u}) {
+    PlugTold(type, 0x86);
+    for (std::uint8_t code = 0; code < 16; ++code) {
+      const double offset = code < 8 ? -12.5 - 25.0 * code : 12.5 + 25.0 * (15 - code);
+      const std::uint32_t present = code <= 2 || code >= 13;
+      EXPECT_EQ(Ask({static_cast<std::uint8_t>(0xE1 | code << 1)}),
+                (Reading{S_OK, present, level[code], offset}));
+      EXPECT_EQ(Ask({static_cast<std::uint8_t>(code << 1)}, false).strength, code);
+    }
+  }
+}
+
+TEST_F(Signal, DemodulatorLock) {
+  for (const std::uint32_t type : {24u, 37u}) {
+    PlugTold(type, 0x86);
+    EXPECT_EQ(Ask({0xE0}), (Reading{S_OK, 1, 0, kUntouched}));
+    EXPECT_EQ(Ask({0xFF}), (Reading{S_OK, 1, 15, kUntouched}));
+    EXPECT_EQ(Ask({0xE2}), (Reading{S_OK, 0, 1, kUntouched}));
+    EXPECT_EQ(Ask({0x7F}), (Reading{S_OK, 0, 15, kUntouched}));
+  }
+}
+
+TEST_F(Signal, SiliconTuners) {
+  PlugTold(40, 0x96);
+  EXPECT_EQ(Ask({0x80}), (Reading{S_OK, 1, 4, 0.0}));
+  EXPECT_EQ(Ask({0x8A}), (Reading{S_OK, 1, 4, -132.0}));
+  EXPECT_EQ(Ask({0xC0}), (Reading{S_OK, 1, 0, 844.8}));
+  EXPECT_EQ(Ask({0xFF}), (Reading{S_OK, 1, 4, 13.2}));
+  EXPECT_EQ(Ask({0x7F}), (Reading{S_OK, 0, 4, 13.2}));
+
+  PlugTold(41, 0x96);
+  const auto slept = [] { return host::SleptMilliseconds(); };
+  auto before = slept();
+  EXPECT_EQ(Ask({0x80}), (Reading{S_OK, 1, 64, 0.0}));
+  EXPECT_EQ(slept() - before, 80u);
+  // Level 50 is the lowest that counts.
+  EXPECT_EQ(Ask({0x8E}), (Reading{S_OK, 1, 50, 14 * -13.2}));
+  EXPECT_EQ(Ask({0x8F}), (Reading{S_OK, 0, 49, 15 * -13.2}));
+  // No lock at first: the chip gets as much time again, and the second reading is the one that
+  // counts.
+  before = slept();
+  EXPECT_EQ(Ask({0x20, 0x81}), (Reading{S_OK, 1, 63, -13.2}));
+  EXPECT_EQ(slept() - before, 160u);
+  EXPECT_EQ(Ask({0x20, 0x00}), (Reading{S_OK, 0, 64, 0.0}));
+}
+
+TEST_F(Signal, AlpsModulesAskTheDecoder) {
+  for (const std::uint32_t type : {46u, 47u, 48u}) {
+    PlugTv(type, MakeAir({471250}, AnalogVideo_NTSC_M));
+    ZELK_put_TVFormat(AnalogVideo_NTSC_M, 1);
+    ZELK_SetFreq(471250, nullptr);
+    EXPECT_EQ(Ask({}), (Reading{S_OK, 1, 5, kUntouched}));
+    ZELK_SetFreq(479250, nullptr);
+    // The strength shows that a place for the presence was given, not the presence.
+    EXPECT_EQ(Ask({}), (Reading{S_OK, 0, 5, kUntouched}));
+    std::uint32_t strength = kUntouched;
+    EXPECT_EQ(ZELK_IsSignalPresent(nullptr, &strength, nullptr), S_OK);
+    EXPECT_EQ(strength, 0u);
+  }
+}
+
+TEST_F(Signal, SomeModulesNeedTheDecodersWord) {
+  for (const std::uint32_t type : {35u, 36u}) {
+    PlugTold(type, 0xC2);
+    EXPECT_EQ(Ask({2}), (Reading{S_OK, 0, 5, 0.0}));
+    card->Refuse("capture query IAMAnalogVideoDecoder", E_NOINTERFACE);
+    EXPECT_EQ(Ask({2}), (Reading{E_NOINTERFACE, 0, 5, 0.0}));
+    // No reading, no question.
+    EXPECT_EQ(Ask({4}), (Reading{S_OK, 0, 0, 125.0}));
+  }
+}
+
+TEST_F(Signal, FailedReadsFindNothing) {
+  const std::pair<std::uint32_t, const char*> cases[] = {{1, "i2c read C2"},
+                                                         {12, "i2c read 86"},
+                                                         {24, "i2c read 86"},
+                                                         {40, "i2c read 96"},
+                                                         {41, "i2c read 96"}};
+  for (const auto& [type, request] : cases) {
+    PlugTv(type);
+    card->Refuse(request, static_cast<HRESULT>(0x8007001F));
+    const Reading reading = Ask({});
+    EXPECT_LT(reading.result, 0) << type;
+    EXPECT_EQ(reading.present, 0u) << type;
+  }
+}
+
+TEST_F(Signal, NeedsTvModeAndSaysNothing) {
+  PlugTuner(1);
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_EQ(Ask({}), (Reading{VFW_E_WRONG_STATE, kUntouched, kUntouched, kUntouched}));
+  EXPECT_THAT(TakeLog(), IsEmpty());
+}
+
+TEST_F(Signal, AirReachesTheReading) {
+  // 62.5 kHz above and below the tuned frequency, and far from it.
+  PlugTv(1, MakeAir({175312.5, 203187.5}));
+  ZELK_put_TVFormat(AnalogVideo_PAL_B, 49);
+  ZELK_SetFreq(175250, nullptr);
+  EXPECT_EQ(Ask({}), (Reading{S_OK, 1, 3, 62.5}));
+  ZELK_SetFreq(203250, nullptr);
+  EXPECT_EQ(Ask({}), (Reading{S_OK, 1, 3, -62.5}));
+  ZELK_SetFreq(189250, nullptr);
+  EXPECT_EQ(Ask({}).present, 0u);
+}
+
+}  // namespace
+}  // namespace zelk::test

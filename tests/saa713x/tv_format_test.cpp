@@ -1,0 +1,324 @@
+// Standard and country: demodulator words, country substitutes, what is remembered and what is
+// announced.
+#include "tests/support/card_test.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::IsSupersetOf;
+using virtual_cards::Saa713xOptions;
+
+class TvFormat : public CardTest {
+ protected:
+  // The countries that SetTVFormat and the tuning that goes with it name to the tuner driver.
+  std::vector<std::string> Countries() {
+    std::vector<std::string> countries;
+    for (const std::string& line : TakeTrace()) {
+      const auto at = line.find("country=");
+      if (at != std::string::npos) countries.push_back(line.substr(at + 8));
+    }
+    return countries;
+  }
+};
+
+TEST_F(TvFormat, DemodulatorWords) {
+  struct Case {
+    std::uint32_t type;
+    std::uint32_t standard;
+    std::vector<std::string> words;
+  };
+  const std::vector<std::string> bg = {"00 16 70 49"};
+  const std::vector<std::string> dk = {"00 16 70 4B"};
+  const std::vector<std::string> i = {"00 16 70 4A"};
+  for (const Case& one : {
+           Case{14, AnalogVideo_PAL_B, bg},
+           {15, AnalogVideo_SECAM_B, bg},
+           {14, AnalogVideo_PAL_G, {}},
+           {14, AnalogVideo_SECAM_D, dk},
+           {14, AnalogVideo_SECAM_K, {}},
+           {15, AnalogVideo_PAL_I, i},
+           {14, AnalogVideo_SECAM_L, {"00 06 50 4B"}},
+           {14, AnalogVideo_SECAM_L1, {}},
+           {14, AnalogVideo_PAL_B | AnalogVideo_PAL_D, {}},
+           {20, AnalogVideo_PAL_G, bg},
+           {21, AnalogVideo_SECAM_G, bg},
+           {20, AnalogVideo_PAL_D, dk},
+           {20, AnalogVideo_SECAM_K1, dk},
+           {21, AnalogVideo_PAL_I, i},
+           {20, AnalogVideo_SECAM_L, {"00 06 4E 4B"}},
+           {20, AnalogVideo_SECAM_L1, {"00 86 4E 4B"}},
+           {20, AnalogVideo_PAL_H, {}},
+           {46, AnalogVideo_PAL_B, {"00 D6 10 04"}},
+           {47, AnalogVideo_NTSC_M, {"00 D6 70 09"}},
+           {48, 0, {"00 D6 70 00"}},
+           {1, AnalogVideo_PAL_B, {}},
+           {12, AnalogVideo_NTSC_M, {}},
+       }) {
+    PlugTv(one.type);
+    TakeTrace();
+    EXPECT_EQ(ZELK_put_TVFormat(one.standard, 49), S_OK);
+    EXPECT_EQ(TakeWrites("86"), one.words) << one.type << " " << std::hex << one.standard;
+    // A write that fails is the result, and the rest is done all the same.
+    if (one.words.empty()) continue;
+    card->Refuse("i2c write 86", static_cast<HRESULT>(0x8007001F));
+    EXPECT_EQ(ZELK_put_TVFormat(one.standard, 44), static_cast<HRESULT>(0x8007001F));
+    EXPECT_THAT(TakeLog(), Contains("SAA713x I2CWriteDWord() fail"));
+    EXPECT_THAT(Countries(), Contains("44"));
+  }
+}
+
+TEST_F(TvFormat, SwitchingToTvSetsTheDemodulatorUp) {
+  const std::pair<std::uint32_t, std::vector<std::string>> cases[] = {
+      {12, {"00 56 30 44"}},
+      {13, {"00 56 30 44"}},
+      {17, {"00 56 10 40"}},
+      {18, {"00 56 7F 4B"}},
+      {1, {}},
+      {46, {}},
+  };
+  for (const auto& [type, words] : cases) {
+    PlugTuner(type);
+    ASSERT_EQ(Init(), S_OK);
+    TakeTrace();
+    EXPECT_EQ(ZELK_TVInit(), S_OK);
+    EXPECT_EQ(TakeWrites("86"), words) << type;
+  }
+  // A module whose set-up depends on the format gets the last one again.
+  PlugTv(14);
+  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_I, 44), S_OK);
+  TakeTrace();
+  EXPECT_EQ(ZELK_TVInit(), S_OK);
+  EXPECT_THAT(TakeWrites("86"), ElementsAre("00 16 70 4A"));
+}
+
+TEST_F(TvFormat, SwitchingToTvChangesTheTunersMode) {
+  const std::vector<std::string> modeSwitch = {"capture set ZELK_SAA.65 00000000",
+                                               "tuner query IAMTVTuner", "tuner mode 1",
+                                               "capture set ZELK_SAA.65 00000001"};
+  for (const std::uint32_t type : {40u, 41u}) {
+    PlugTuner(type);
+    ASSERT_EQ(Init(), S_OK);
+    TakeTrace();
+    ZELK_TVInit();
+    EXPECT_EQ(TakeTrace(), modeSwitch) << type;
+    // The lock closes again whatever happens in between, and the result does not show it.
+    card->Refuse("tuner query IAMTVTuner", E_NOINTERFACE);
+    EXPECT_EQ(ZELK_TVInit(), S_OK);
+    EXPECT_EQ(card->DriverProperty(0x65), 1u);
+    TakeTrace();
+  }
+  Plug({.tunerType = 46, .boardConfig = 0xE3});
+  ASSERT_EQ(Init(), S_OK);
+  TakeTrace();
+  ZELK_TVInit();
+  auto expected = modeSwitch;
+  expected.insert(expected.begin(), "gpio 27 := 1");
+  EXPECT_EQ(TakeTrace(), expected);
+  Plug({.tunerType = 46, .boardConfig = 0xE3, .tunerFilter = false});
+  ASSERT_EQ(Init(), S_OK);
+  TakeTrace();
+  ZELK_TVInit();
+  EXPECT_THAT(TakeTrace(), ElementsAre("gpio 27 := 1"));
+}
+
+TEST_F(TvFormat, SameCountryAgainIsNotTunedAgain) {
+  PlugTv(14);
+  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
+  TakeTrace();
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_I, 49), S_OK);
+  EXPECT_THAT(TakeTrace(), ElementsAre("i2c select 86", "i2c write 86: 00 16 70 4A"));
+  // The new standard was not stored: the next notification still names the old one.
+  EXPECT_EQ(ZELK_SetFreq(182250, nullptr), S_OK);
+  EXPECT_THAT(TakeTrace(), Contains("capture set VAMP_TUNE.3 00000001 00000031 00000010 00000001"));
+}
+
+TEST_F(TvFormat, CountrySubstitutes) {
+  struct Case {
+    std::uint32_t standard;
+    std::uint32_t country;
+    const char* whenChoosing;
+  };
+  const Case cases[] = {
+      {AnalogVideo_PAL_D, 7, "86"},    {AnalogVideo_PAL_D, 48, "86"},
+      {AnalogVideo_PAL_D, 36, "86"},   {AnalogVideo_PAL_D, 33, "33"},
+      {AnalogVideo_PAL_B, 33, "52"},   {AnalogVideo_PAL_B, 36, "52"},
+      {AnalogVideo_PAL_B, 370, "52"},  {AnalogVideo_PAL_B, 420, "49"},
+      {AnalogVideo_PAL_B, 4201, "49"}, {AnalogVideo_PAL_B, 359, "49"},
+      {AnalogVideo_PAL_B, 7, "7"},     {AnalogVideo_PAL_B, 44, "44"},
+      {AnalogVideo_SECAM_D, 7, "7"},
+  };
+  const Saa713xOptions boards[] = {
+      {.tunerType = 40},
+      {.tunerType = 41},
+      {.tunerType = 1, .chipId = 0x7130, .boardConfig = 0x0601},  // option code 3
+      {.tunerType = 1, .chipId = 0x7130, .boardConfig = 0x0801},  // option code 4
+  };
+  for (const Saa713xOptions& board : boards) {
+    for (const Case& one : cases) {
+      Plug(board);
+      ASSERT_EQ(Init(), S_OK);
+      ZELK_TVInit();
+      TakeTrace();
+      EXPECT_EQ(ZELK_put_TVFormat(one.standard, one.country), S_OK);
+      EXPECT_EQ(Countries().front(), one.whenChoosing)
+          << board.tunerType << " " << std::hex << one.standard << " " << std::dec << one.country;
+      const bool several = one.country != 44;
+      const std::string line = "SAA713x SetTVFormat(): Multi-video-get interface.";
+      EXPECT_EQ(TakeLog(), several ? std::vector{line} : std::vector<std::string>());
+    }
+  }
+  // Other boards leave the country alone.
+  PlugTv(1);
+  TakeTrace();
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_D, 48), S_OK);
+  EXPECT_EQ(Countries().front(), "48");
+  EXPECT_THAT(TakeLog(), IsEmpty());
+}
+
+TEST_F(TvFormat, TuningKnowsCountry48Differently) {
+  PlugTv(40);
+  // No substitute while the format is chosen, so that country 48 stays; tuning then replaces it
+  // by 52.
+  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 48), S_OK);
+  TakeTrace();
+  EXPECT_EQ(ZELK_SetFreq(182250, nullptr), S_OK);
+  EXPECT_THAT(Countries(), ElementsAre("52"));
+  // Country 86 took the place of 48 with PAL D; it is not one with several standards.
+  PlugTv(40);
+  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_D, 48), S_OK);
+  TakeTrace();
+  EXPECT_EQ(ZELK_SetFreq(182250, nullptr), S_OK);
+  EXPECT_THAT(Countries(), ElementsAre("86"));
+}
+
+TEST_F(TvFormat, DecoderStandardIsTakenOverInACountryWithSeveral) {
+  PlugTv(40);
+  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 48), S_OK);
+  card->SetDetectedStandard(AnalogVideo_PAL_D);
+  TakeTrace();
+  EXPECT_EQ(ZELK_SetFreq(182250, nullptr), S_OK);
+  EXPECT_THAT(TakeTrace(),
+              IsSupersetOf({"capture set VAMP_TUNE.3 00000001 00000034 00000010 00000001",
+                            "capture set VAMP_TUNE.3 00000002 00000034 00000020 00000002",
+                            "capture set VIDEODECODER.1 00000020"}));
+  // PAL D has no substitute for 48 in tuning: the country itself is named from now on.
+  EXPECT_EQ(ZELK_SetFreq(189250, nullptr), S_OK);
+  EXPECT_THAT(Countries(), ElementsAre("48"));
+}
+
+TEST_F(TvFormat, NotificationsOnlyForANewFrequencyOrCountry) {
+  PlugTv(1);
+  card->SetDetectedStandard(AnalogVideo_PAL_B);
+  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
+  ASSERT_EQ(ZELK_SetFreq(182250, nullptr), S_OK);
+  TakeTrace();
+  EXPECT_EQ(ZELK_SetFreq(182250, nullptr), S_OK);
+  EXPECT_THAT(TakeTrace(), ElementsAre("i2c select C2", "i2c write C2: 0D D2 CE 90",
+                                       "capture get VIDEODECODER.1 -> 00000010",
+                                       "capture get ZELK_SAA.74 -> 00007134",
+                                       "capture set VIDEODECODER.1 00000010"));
+  // The closing notification's code is the result; the opening one's is not looked at.
+  card->Refuse("capture set VAMP_TUNE.3 00000001", E_FAIL);
+  EXPECT_EQ(ZELK_SetFreq(189250, nullptr), S_OK);
+  card->Refuse("i2c write C2", E_FAIL);
+  EXPECT_EQ(ZELK_SetFreq(196250, nullptr), S_OK);
+  EXPECT_EQ(ZELK_SetFreq(196250, nullptr), E_FAIL);
+}
+
+TEST_F(TvFormat, RefusedTunerRequests) {
+  const char* const otherFile = "zelkapi_713X.log";
+  PlugTv(40);
+  card->Refuse("tuner set TUNER.4", static_cast<HRESULT>(0x8007001F));
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
+  EXPECT_THAT(TakeLog(otherFile), ElementsAre("SAA713x SetTVFormat() fail (TDA8275 tuner)",
+                                              "SAA713x SetTVFreq() fail (TDA8275 tuner)"));
+  EXPECT_EQ(ZELK_SetFreq(175250, nullptr), static_cast<HRESULT>(0x8007001F));
+}
+
+TEST_F(TvFormat, TvSystems) {
+  struct Case {
+    std::uint32_t standard, system;
+    const char* country;
+  };
+  const Case cases[] = {
+      {AnalogVideo_NTSC_M, 1, "1"},  {AnalogVideo_NTSC_433, 9, "1"},
+      {AnalogVideo_PAL_B, 1, "49"},  {AnalogVideo_PAL_G, 2, "34"},
+      {AnalogVideo_PAL_D, 1, "420"}, {AnalogVideo_PAL_D, 2, "86"},
+      {AnalogVideo_PAL_I, 2, "44"},  {AnalogVideo_PAL_M, 4, "55"},
+      {AnalogVideo_PAL_N, 4, "54"},  {AnalogVideo_SECAM_K, 2, "7"},
+      {AnalogVideo_SECAM_D, 2, "7"}, {AnalogVideo_SECAM_L1, 2, "33"},
+  };
+  for (const Case& one : cases) {
+    PlugTv(1);
+    TakeTrace();
+    EXPECT_EQ(ZElk_put_TVSystem(one.standard, one.system), S_OK);
+    EXPECT_EQ(Countries().front(), one.country) << std::hex << one.standard << " " << one.system;
+  }
+  // Country 0: the format is not chosen anew, but the card is tuned again with its notifications.
+  for (const auto& [standard, system] :
+       {std::pair<std::uint32_t, std::uint32_t>{AnalogVideo_PAL_I, 1},
+        {AnalogVideo_PAL_60, 2},
+        {AnalogVideo_PAL_B, 4},
+        {AnalogVideo_SECAM_L, 0}}) {
+    PlugTv(1);
+    TakeTrace();
+    EXPECT_EQ(ZElk_put_TVSystem(standard, system), S_OK);
+    const auto trace = TakeTrace();
+    EXPECT_EQ(trace.front(), "capture set VAMP_TUNE.3 00000001 00000000 00000000 00000001");
+    EXPECT_THAT(trace, Contains("i2c write C2: 0D 62 CE 90"));
+  }
+  for (const std::uint32_t standard :
+       {0u, 3u, static_cast<std::uint32_t>(AnalogVideo_PAL_H),
+        static_cast<std::uint32_t>(AnalogVideo_SECAM_B),
+        static_cast<std::uint32_t>(AnalogVideo_SECAM_G),
+        static_cast<std::uint32_t>(AnalogVideo_SECAM_H), 0x100000u}) {
+    EXPECT_EQ(ZElk_put_TVSystem(standard, 2), E_FAIL);
+    EXPECT_THAT(TakeTrace(), IsEmpty());
+  }
+}
+
+TEST_F(TvFormat, TvSystemOutsideTvModeLosesTheFrequency) {
+  PlugTuner(1);
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_EQ(ZElk_put_TVSystem(AnalogVideo_PAL_B, 1), S_OK);
+  ZELK_TVInit();
+  TakeTrace();
+  // The next country brings the stored frequency to light: 0.
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 44), S_OK);
+  EXPECT_THAT(TakeTrace(), Contains("tuner set TUNER.4 frequency=0 flags=1 channel=4 country=44"));
+}
+
+TEST_F(TvFormat, DecoderStandardRecord) {
+  PlugTuner(18);
+  ASSERT_EQ(Init(), S_OK);
+  card->SetDetectedStandard(AnalogVideo_SECAM_D);
+  std::uint32_t record[8] = {};
+  EXPECT_EQ(ZELK_GetVIDEOSTANDARD(record), E_FAIL);
+  EXPECT_EQ(record[6], static_cast<std::uint32_t>(AnalogVideo_SECAM_D));
+  TakeTrace();
+  EXPECT_EQ(ZELK_SETCaptureStandard(AnalogVideo_SECAM_D), E_FAIL);
+  EXPECT_EQ(ZELK_SETCaptureStandard(AnalogVideo_PAL_B), E_FAIL);
+  EXPECT_THAT(TakeTrace(),
+              ElementsAre("capture set VIDEODECODER.1 00002000", "i2c select 86",
+                          "i2c write 86: 00 56 7F 4B", "capture set VIDEODECODER.1 00000010"));
+}
+
+TEST_F(TvFormat, AudioSystemTunesAgain) {
+  PlugTv(1);
+  ASSERT_EQ(ZELK_SetFreq(182250, nullptr), S_OK);
+  card->SetDetectedStandard(AnalogVideo_PAL_B);
+  TakeTrace();
+  EXPECT_EQ(ZELK_SetAUDIOSYSTEM(3), S_OK);
+  EXPECT_THAT(TakeTrace(),
+              IsSupersetOf({"capture set ZELK_SAA.73 00000003", "i2c write C2: 0D D2 CE 90"}));
+  // On a SECAM D signal the card goes to country 7.
+  card->SetDetectedStandard(AnalogVideo_SECAM_D);
+  EXPECT_EQ(ZELK_SetAUDIOSYSTEM(4), S_OK);
+  EXPECT_THAT(Countries(), ElementsAre("7"));
+}
+
+}  // namespace
+}  // namespace zelk::test

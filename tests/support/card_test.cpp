@@ -1,0 +1,134 @@
+#include "tests/support/card_test.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <utility>
+
+#include "platform/host/control.h"
+
+namespace zelk::test {
+namespace {
+
+std::filesystem::path NewFolder() {
+  std::string name = (std::filesystem::temp_directory_path() / "zelkapi-XXXXXX").string();
+  if (!mkdtemp(name.data())) throw std::runtime_error("cannot make " + name);
+  return name;
+}
+
+}  // namespace
+
+virtual_cards::Air MakeAir(const std::vector<double>& pictureKHz, std::uint32_t standard) {
+  virtual_cards::Air air;
+  for (const double carrier : pictureKHz) {
+    air.tv.push_back({.channel = "",
+                      .station = "",
+                      .pictureKHz = carrier,
+                      .levelDbuV = 70,
+                      .standard = standard});
+  }
+  return air;
+}
+
+WorkingFolder::WorkingFolder() : folder_(NewFolder()), before_(std::filesystem::current_path()) {
+  std::filesystem::current_path(folder_);
+}
+
+WorkingFolder::~WorkingFolder() {
+  std::filesystem::current_path(before_);
+  std::filesystem::permissions(folder_, std::filesystem::perms::owner_all);
+  std::filesystem::remove_all(folder_);
+}
+
+CardTest::CardTest() {
+  host::UseVirtualClock();
+  host::UseSettingsFolder(".");
+  scanEvents.clear();
+}
+
+CardTest::~CardTest() { Unplug(); }
+
+void CardTest::Unplug() {
+  ZELK_Free();
+  if (card) {
+    EXPECT_EQ(card->LiveReferences(), 0) << "interfaces of the card are still held";
+  }
+  card.reset();
+}
+
+virtual_cards::Saa713xCard& CardTest::Plug(const virtual_cards::Saa713xOptions& options,
+                                           virtual_cards::Air air) {
+  Unplug();
+  card = virtual_cards::Saa713xCard::Create(options, std::move(air));
+  return *card;
+}
+
+virtual_cards::Saa713xCard& CardTest::PlugTuner(std::uint32_t tunerType, virtual_cards::Air air) {
+  return Plug({.tunerType = tunerType}, std::move(air));
+}
+
+HRESULT CardTest::Init(std::uint32_t russiaFlag) {
+  const auto capture = card->CaptureFilter();
+  const auto tuner = card->TunerFilter();
+  return ZELK_HWInit(capture.Get(), card->FriendlyName().c_str(), tuner.Get(), russiaFlag);
+}
+
+virtual_cards::Saa713xCard& CardTest::PlugTv(std::uint32_t tunerType, virtual_cards::Air air) {
+  PlugTuner(tunerType, std::move(air));
+  EXPECT_EQ(Init(), S_OK);
+  EXPECT_EQ(ZELK_TVInit(), S_OK);
+  return *card;
+}
+
+std::vector<std::string> CardTest::TakeTrace() {
+  card->AttachTrace(&trace_);
+  return trace_.Take();
+}
+
+std::vector<std::string> CardTest::TakeWrites(const std::string& device) {
+  const std::string prefix = "i2c write " + device + ": ";
+  std::vector<std::string> writes;
+  for (const std::string& line : TakeTrace()) {
+    if (line.starts_with(prefix)) writes.push_back(line.substr(prefix.size()));
+  }
+  return writes;
+}
+
+std::vector<std::string> CardTest::TakeLog(const std::string& name) {
+  std::ifstream file(name, std::ios::binary);
+  std::stringstream text;
+  text << file.rdbuf();
+  std::filesystem::remove(name);
+  std::vector<std::string> records;
+  const std::string content = text.str();
+  for (std::size_t at = 0; at < content.size();) {
+    EXPECT_EQ(content.substr(at, 2), "\r\n");
+    const std::size_t next = content.find("\r\n", at + 2);
+    records.push_back(content.substr(at + 2, next == std::string::npos ? next : next - at - 2));
+    at = next == std::string::npos ? content.size() : next;
+  }
+  return records;
+}
+
+std::vector<std::string> scanEvents;
+
+void ZELK_CALL RecordScanEvent(uint32_t event, uint32_t value, uint32_t extra) {
+  std::ostringstream text;
+  text << event << ' ' << value;
+  if (extra != 0) text << ' ' << extra;
+  scanEvents.push_back(text.str());
+}
+
+std::vector<std::uint32_t> ScanTv() {
+  static std::vector<std::uint32_t> found;
+  found.clear();
+  EXPECT_EQ(ZELK_AllFreqScan(
+                [](uint32_t event, uint32_t value, uint32_t) {
+                  if (event == ZELK_EVENT_FOUND) found.push_back(value);
+                },
+                ZELK_SCAN_START),
+            S_FALSE);
+  return found;
+}
+
+}  // namespace zelk::test

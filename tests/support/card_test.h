@@ -1,0 +1,73 @@
+// A test with a virtual card in it: virtual clock, a working folder of its own for the log files,
+// and the certainty that nothing of the card is held when the test ends.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "ZElkAPI.h"
+#include "backends/saa713x/saa713x_device.h"
+#include "virtual_cards/cards/saa713x_card.h"
+
+namespace zelk::test {
+
+// One picture carrier of 70 dBuV at each frequency.
+virtual_cards::Air MakeAir(const std::vector<double>& pictureKHz,
+                           std::uint32_t standard = AnalogVideo_PAL_B);
+
+// Makes a folder and works in it while the object lives.
+class WorkingFolder {
+ public:
+  WorkingFolder();
+  ~WorkingFolder();
+  const std::filesystem::path& Path() const { return folder_; }
+
+ private:
+  std::filesystem::path folder_;
+  std::filesystem::path before_;
+};
+
+class CardTest : public ::testing::Test {
+ protected:
+  CardTest();
+  ~CardTest() override;
+
+  // Frees and pulls out the card; it is a failure when something of it is still held.
+  void Unplug();
+  // Plugs a card in, in place of the one that was there.
+  virtual_cards::Saa713xCard& Plug(const virtual_cards::Saa713xOptions& options,
+                                   virtual_cards::Air air = {});
+  virtual_cards::Saa713xCard& PlugTuner(std::uint32_t tunerType, virtual_cards::Air air = {});
+  // ZELK_HWInit with the plugged card's filters and name.
+  HRESULT Init(std::uint32_t russiaFlag = 0);
+  // Plugs, initialises and switches to TV.
+  virtual_cards::Saa713xCard& PlugTv(std::uint32_t tunerType, virtual_cards::Air air = {});
+
+  // The trace lines since the last call. Tracing begins with the first call.
+  std::vector<std::string> TakeTrace();
+  // Those of them that are I2C writes to a device, their bytes alone: "0D 62 CE 90".
+  std::vector<std::string> TakeWrites(const std::string& device);
+
+  // The records of a log file, which is emptied.
+  std::vector<std::string> TakeLog(const std::string& name = "zelkapi_713x.log");
+
+  std::unique_ptr<virtual_cards::Saa713xCard> card;
+
+ private:
+  WorkingFolder folder_;
+  virtual_cards::RecordedTrace trace_;
+};
+
+// A scan's events as text: "1003 175250".
+extern std::vector<std::string> scanEvents;
+// The third argument is shown when it is not 0.
+void ZELK_CALL RecordScanEvent(uint32_t event, uint32_t value, uint32_t extra);
+// Runs a whole TV scan and answers the frequencies that it reports.
+std::vector<std::uint32_t> ScanTv();
+
+}  // namespace zelk::test
