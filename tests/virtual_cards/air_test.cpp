@@ -1,0 +1,215 @@
+// The data files: the shipped ones hold the national plans, and a slip in a user's own is reported
+// with its file and place, never passed over.
+#include "virtual_cards/air.h"
+
+#include <gmock/gmock.h>
+#include <stdlib.h>
+
+#include <algorithm>
+#include <ostream>
+#include <stdexcept>
+
+#include "../host/temp_folder.h"
+#include "platform/dshow.h"
+
+namespace zelk::virtual_cards {
+namespace {
+
+using ::testing::HasSubstr;
+
+struct PlanCase {
+  const char* raster;
+  const char* channel;
+  std::uint32_t pictureKHz;
+};
+void PrintTo(const PlanCase& plan, std::ostream* out) {
+  *out << plan.raster << " channel " << plan.channel;
+}
+
+class Plan : public ::testing::TestWithParam<PlanCase> {};
+
+TEST_P(Plan, HasTheChannelOnItsCarrier) {
+  const Raster raster = LoadRaster(GetParam().raster);
+  const RasterChannel* channel = raster.Find(GetParam().channel);
+  ASSERT_TRUE(channel);
+  EXPECT_EQ(channel->pictureKHz, GetParam().pictureKHz);
+}
+
+// The ends of bands, as printed in the plans: a wrong first carrier, step or count shows there.
+INSTANTIATE_TEST_SUITE_P(
+    National, Plan,
+    ::testing::Values(PlanCase{"ntsc-m-air", "4", 67250}, PlanCase{"ntsc-m-air", "6", 83250},
+                      PlanCase{"ntsc-m-air", "13", 211250}, PlanCase{"ntsc-m-air", "69", 801250},
+                      PlanCase{"ntsc-m-cable", "99", 115250},
+                      PlanCase{"ntsc-m-cable", "22", 169250},
+                      PlanCase{"ntsc-m-cable", "36", 295250},
+                      PlanCase{"ntsc-m-cable", "94", 643250},
+                      PlanCase{"ntsc-m-cable", "125", 799250}, PlanCase{"pal-bg", "e4", 62250},
+                      PlanCase{"pal-bg", "E12", 224250}, PlanCase{"pal-bg", "S10", 168250},
+                      PlanCase{"pal-bg", "S20", 294250}, PlanCase{"pal-bg", "S41", 463250},
+                      PlanCase{"pal-bg", "K69", 855250}, PlanCase{"pal-dk", "R2", 59250},
+                      PlanCase{"pal-dk", "R5", 93250}, PlanCase{"pal-i", "IC", 61750},
+                      PlanCase{"pal-dk", "R12", 223250}, PlanCase{"pal-i", "IJ", 215250},
+                      PlanCase{"pal-i", "68", 847250}, PlanCase{"secam-l", "3", 60500},
+                      PlanCase{"secam-l", "4", 63750}, PlanCase{"secam-l", "10", 216000},
+                      PlanCase{"japan-air", "7", 189250}, PlanCase{"japan-air", "12", 217250},
+                      PlanCase{"japan-air", "62", 765250}));
+
+TEST(Raster, FindsTheNearestChannelWithinTheTolerance) {
+  const Raster raster = LoadRaster("pal-bg");
+  ASSERT_TRUE(raster.Nearest(175450, 200));
+  EXPECT_EQ(raster.Nearest(175450, 200)->name, "E5");
+  EXPECT_FALSE(raster.Nearest(175451, 200));
+  EXPECT_EQ(raster.Nearest(178751, 5000)->name, "E6");  // half way, and a little more
+}
+
+TEST(Place, OfTheDefaultIsOneThatASweepCanReceiveWhole) {
+  const Air air = LoadAir(kDefaultPlace);
+  EXPECT_EQ(air.tv.size(), 20u);
+  EXPECT_EQ(air.fm.size(), 20u);
+  for (std::size_t i = 1; i < air.tv.size(); ++i)
+    EXPECT_GT(air.tv[i].pictureKHz - air.tv[i - 1].pictureKHz, 6900) << air.tv[i].channel;
+  const TvCarrier* e7 = air.NearestTv(189250, 20);
+  ASSERT_TRUE(e7);
+  EXPECT_EQ(e7->channel, "E7");
+  EXPECT_EQ(e7->standard, static_cast<std::uint32_t>(AnalogVideo_PAL_B));
+  EXPECT_DOUBLE_EQ(e7->pictureKHz, 189260.417) << "nominal carrier and offset";
+  EXPECT_FALSE(air.NearestTv(182250, 500));
+  ASSERT_TRUE(air.NearestFm(98600, 5));
+  EXPECT_FALSE(air.NearestFm(98600, 5)->stereo);
+}
+
+TEST(Place, MayTransmitAStandardOfItsOwnOnAChannel) {
+  const Air air = LoadAir("french-city");
+  EXPECT_EQ(air.NearestTv(55750, 50)->standard, static_cast<std::uint32_t>(AnalogVideo_SECAM_L1));
+  EXPECT_EQ(air.NearestTv(471250 + 8000, 50)->standard,
+            static_cast<std::uint32_t>(AnalogVideo_SECAM_L));
+}
+
+// Every file in the data folder is fit to be loaded.
+TEST(DataFolder, HoldsNoBrokenFile) {
+  for (const std::string& id : RasterIds()) EXPECT_NO_THROW(LoadRaster(id)) << id;
+  int places = 0;
+  for (const auto& file : std::filesystem::directory_iterator(DataFolder() / "places")) {
+    EXPECT_NO_THROW(LoadAir(file.path().string())) << file.path();
+    ++places;
+  }
+  EXPECT_GE(places, 7);
+}
+
+// --- Files of a user's own ---
+
+class OwnData : public ::testing::Test {
+ protected:
+  OwnData() {
+    std::filesystem::create_directories(folder_ / "rasters");
+    std::filesystem::create_directories(folder_ / "places");
+    setenv("ZELKAPI_DATA", folder_.Path().c_str(), 1);
+    folder_.Write("rasters/plan.json", kPlan);
+  }
+  ~OwnData() override { unsetenv("ZELKAPI_DATA"); }
+
+  // What the loader says to a place with this text in it.
+  std::string Complaint(std::string_view text) {
+    folder_.Write("places/here.json", text);
+    return ComplaintOf([] { LoadAir("here"); });
+  }
+  std::string RasterComplaint(std::string_view text) {
+    folder_.Write("rasters/odd.json", text);
+    return ComplaintOf([] { LoadRaster("odd"); });
+  }
+  template <class Action>
+  static std::string ComplaintOf(Action action) {
+    try {
+      action();
+    } catch (const std::runtime_error& error) {
+      return error.what();
+    }
+    return "(none)";
+  }
+
+  static constexpr std::string_view kPlan = R"({"source": "s", "title": "t", "standard": "PAL_B",
+    "country": 49, "bands": [{"band": "b", "prefix": "E", "numbers": [5, 6], "first_khz": 175250,
+    "step_khz": 7000}]})";
+  zelk::testing::TempFolder folder_;
+};
+
+std::string PlaceText(const std::string& tv, const std::string& fm = "") {
+  return R"({"place": "p", "raster": "plan", "tv": [)" + tv + R"(], "fm": [)" + fm + "]}";
+}
+
+TEST_F(OwnData, IsTakenFromTheFolderNamedInTheEnvironment) {
+  EXPECT_EQ(Complaint(PlaceText(R"({"channel": "E6", "station": "a", "level_dbuv": 50})")),
+            "(none)");
+  EXPECT_EQ(RasterIds(), std::vector<std::string>{"plan"});
+  EXPECT_EQ(LoadAir("here").tv.at(0).pictureKHz, 182250);
+}
+
+TEST_F(OwnData, OfAPlaceIsCheckedPieceByPiece) {
+  const struct {
+    const char* tv;
+    const char* says;
+  } cases[] = {
+      {R"({"channel": "E7", "station": "a", "level_dbuv": 50})", "no channel \"E7\""},
+      {R"({"channel": "E5", "station": "a", "level_dbuv": 50},
+          {"channel": "e5", "station": "b", "level_dbuv": 60})",
+       "\"tv\" entry 2: channel \"E5\" stands twice"},
+      {R"({"channel": "E5", "station": "a", "level_dbuv": 121})",
+       "\"level_dbuv\": 121 is out of range"},
+      {R"({"channel": "E5", "station": "a", "level_dbuv": -1})",
+       "\"level_dbuv\": -1 is out of range"},
+      {R"({"channel": "E5", "station": "a", "level_dbuv": "50"})",
+       "\"level_dbuv\": must be a number"},
+      {R"({"channel": 5, "station": "a", "level_dbuv": 50})", "\"channel\": must be a text"},
+      {R"({"channel": "E5", "level_dbuv": 50})", "\"station\" is missing"},
+      {R"({"channel": "E5", "station": "a", "level_dbuv": 50, "offset": 3})",
+       "unknown key \"offset\""},
+      {R"({"channel": "E5", "station": "a", "level_dbuv": 50, "offset_khz": 2000})",
+       "\"offset_khz\": 2000 is out of range"},
+      {R"({"channel": "E5", "station": "a", "level_dbuv": 50, "standard": "PAL"})",
+       "\"PAL\" is not a video standard"},
+      {R"({"channel": "E5", "channel": "E6", "station": "a", "level_dbuv": 50})", "stands twice"},
+      {R"("E5")", "must be an object"},
+      {R"({"channel": "E5")", "parse error"},
+  };
+  for (const auto& row : cases) {
+    const std::string complaint = Complaint(PlaceText(row.tv));
+    EXPECT_THAT(complaint, HasSubstr("here.json")) << row.tv;
+    EXPECT_THAT(complaint, HasSubstr(row.says)) << row.tv;
+  }
+  EXPECT_THAT(Complaint(PlaceText("", R"({"frequency_khz": 98600, "station": "a", "level_dbuv": 50,
+                                         "stereo": 1})")),
+              HasSubstr("\"fm\" entry 1, \"stereo\": must be true or false"));
+  EXPECT_THAT(Complaint(PlaceText("", R"({"frequency_khz": 98.6, "station": "a", "level_dbuv": 50,
+                                         "stereo": true})")),
+              HasSubstr("\"frequency_khz\": must be a whole number"));
+  EXPECT_THAT(Complaint(R"({"place": "p", "raster": "moon", "tv": [], "fm": []})"),
+              HasSubstr("no raster \"moon\"; there are: plan"));
+  EXPECT_THAT(ComplaintOf([] { LoadAir("there"); }), HasSubstr("no place or file \"there\""));
+}
+
+TEST_F(OwnData, OfARasterIsCheckedPieceByPiece) {
+  const auto raster = [](const std::string& bands, const std::string& channels) {
+    return R"({"source": "s", "title": "t", "standard": "PAL_B", "country": 49, "bands": [)" +
+           bands + R"(], "channels": {)" + channels + "}}";
+  };
+  const char* band = R"({"band": "b", "prefix": "E", "numbers": [5, 6], "first_khz": 175250,
+                         "step_khz": 7000})";
+  EXPECT_THAT(RasterComplaint(raster(band, R"("E6": 189250)")), HasSubstr("\"E6\" stands twice"));
+  EXPECT_THAT(RasterComplaint(raster(band, R"("X1": 182250)")), HasSubstr("stand on one carrier"));
+  EXPECT_THAT(RasterComplaint(raster(band, R"("X1": 182.25)")),
+              HasSubstr("must be a whole number"));
+  EXPECT_THAT(RasterComplaint(raster(band, R"("X1": 60000, "X1": 61000)")),
+              HasSubstr("stands twice"));
+  EXPECT_THAT(RasterComplaint(raster(R"({"band": "b", "numbers": [6, 5], "first_khz": 175250,
+                                         "step_khz": 7000})",
+                                     "")),
+              HasSubstr("entry 2: 5 is out of range"));
+  EXPECT_THAT(RasterComplaint(raster("", "")), HasSubstr("has no channels"));
+  EXPECT_THAT(RasterComplaint(R"({"titel": "t"})"), HasSubstr("unknown key \"titel\""));
+  // An id is no path.
+  EXPECT_THAT(ComplaintOf([] { LoadRaster("../rasters/plan"); }), HasSubstr("no raster"));
+}
+
+}  // namespace
+}  // namespace zelk::virtual_cards

@@ -1,0 +1,107 @@
+// Cards from their descriptions.
+#include <filesystem>
+#include <fstream>
+
+#include "plugged_card.h"
+
+namespace zelk::virtual_cards {
+namespace {
+
+using testing::HasSubstr;
+
+ULONG BoardConfigOf(std::string_view description) {
+  const auto card = CreateCard(description, {});
+  ULONG word = 0xFFFFFFFF;
+  EXPECT_EQ(Interfaces(*card).device->GetBoardConfig(&word), S_OK);
+  return word;
+}
+
+TEST(CreateCard, Kinds) {
+  for (const CardKind& kind : CardKinds()) {
+    const auto card = CreateCard(kind.name, {});
+    ULONG chip = 0;
+    Interfaces(*card).device->GetChipId(&chip);
+    EXPECT_EQ(std::stoul(kind.name.substr(3), nullptr, 16), chip);
+    EXPECT_FALSE(kind.description.empty());
+    EXPECT_THAT(card->FriendlyName(), HasSubstr(kind.name.substr(3)));
+    EXPECT_TRUE(card->TunerFilter());
+  }
+}
+
+TEST(CreateCard, BoardAndTunerGoTogether) {
+  struct Case {
+    const char* description;
+    ULONG boardConfig;
+    double tunedKHz;  // by 0D 62 with the band byte 02 at steps of 62.5 kHz
+  };
+  for (const Case& one : {
+           Case{"saa7134", 0x01, 0},
+           Case{"saa7134,tuner=14", 0x0A, 0},
+           Case{"saa7134,tuner=20", 0x1A, 175225},
+           Case{"saa7134,tuner=45", 0x05, 175225},
+           Case{"saa7134,tuner=40", 0x1E, 0},
+           Case{"saa7134,tuner=47", 0xE8, 175225},
+           Case{"saa7134,board=0xE1", 0xE1, 0},  // 58.75 MHz: 155.375 MHz is in the low band
+           Case{"saa7130,board=0x40B1A", 0x40B1A, 175225},
+           Case{"saa7134,board=0x12,tuner=25", 0x12, 175225},
+       }) {
+    EXPECT_EQ(BoardConfigOf(one.description), one.boardConfig) << one.description;
+    const auto card = CreateCard(one.description, {});
+    Interfaces(*card).Write(0xC2, {0x0D, 0x62, 0xCE, 0x02});
+    EXPECT_EQ(dynamic_cast<Saa713xCard&>(*card).TunedKHz(), one.tunedKHz) << one.description;
+  }
+}
+
+TEST(CreateCard, OtherOptions) {
+  EXPECT_FALSE(CreateCard("saa7134,tunerfilter=0", {})->TunerFilter());
+  {
+    const auto card = CreateCard("saa7134,remote=gpio,key=2:0x10", {});
+    EXPECT_EQ(Interfaces(*card).Line(4), 1);
+    EXPECT_EQ(Interfaces(*card).Line(6), 1);
+  }
+  EXPECT_EQ(Interfaces(*CreateCard("saa7134,key=3:2", {})).ReadAt(0x80, 0x0B), 3);
+  EXPECT_EQ(Interfaces(*CreateCard("saa7134,eeprom=none", {})).ReadAt(0xA0, 0x20), -1);
+
+  const auto file = std::filesystem::temp_directory_path() / "zelk_create_card_test.eeprom";
+  std::ofstream(file, std::ios::binary) << std::string(255, 'E') << 'F';
+  const std::string description = "saa7134,eeprom=" + file.string();
+  EXPECT_EQ(Interfaces(*CreateCard(description, {})).ReadAt(0xA0, 0xFF), 'F');
+  std::ofstream(file, std::ios::binary | std::ios::app) << 'G';
+  EXPECT_THROW(CreateCard(description, {}), std::invalid_argument) << "257 bytes";
+  std::filesystem::remove(file);
+}
+
+TEST(CreateCard, MistakesAreNamed) {
+  struct Case {
+    const char* description;
+    const char* named;
+  };
+  for (const Case& one : {
+           Case{"", "unknown card \"\""},
+           Case{"saa7135b", "saa7135b"},
+           Case{"SAA7134", "SAA7134"},
+           Case{"saa7134,tuner", "\"tuner\""},
+           Case{"saa7134,tunr=1", "tunr"},
+           Case{"saa7134,tuner=22", "tuner=22"},
+           Case{"saa7134,tuner=49", "tuner=49"},
+           Case{"saa7134,tuner=-1", "tuner=-1"},
+           Case{"saa7134,tuner=1x", "tuner=1x"},
+           Case{"saa7134,tuner=", "tuner="},
+           Case{"saa7134,board=0x100000000", "board=0x100000000"},
+           Case{"saa7134,eeprom=/nowhere/at/all", "/nowhere/at/all"},
+           Case{"saa7134,tunerfilter=yes", "tunerfilter=yes"},
+           Case{"saa7134,remote=radio", "remote=radio"},
+           Case{"saa7134,key=2", "key=2"},
+           Case{"saa7134,key=2:256", "key=2:256"},
+       }) {
+    try {
+      CreateCard(one.description, {});
+      ADD_FAILURE() << one.description;
+    } catch (const std::invalid_argument& error) {
+      EXPECT_THAT(error.what(), HasSubstr(one.named));
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zelk::virtual_cards

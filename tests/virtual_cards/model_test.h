@@ -1,0 +1,49 @@
+// What the tests of the chip models share: a hand-made air, the virtual clock, bytes on a bus.
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <vector>
+
+#include "platform/dshow.h"
+#include "platform/host/control.h"
+#include "virtual_cards/air.h"
+#include "virtual_cards/chips/i2c_bus.h"
+
+namespace zelk::virtual_cards {
+
+inline Air AirWith(double pictureKHz, std::uint32_t standard = AnalogVideo_PAL_B,
+                   double levelDbuV = 70) {
+  TvCarrier carrier;
+  carrier.pictureKHz = pictureKHz;
+  carrier.levelDbuV = levelDbuV;
+  carrier.standard = standard;
+  Air air;
+  air.tv = {carrier};
+  return air;
+}
+
+class ModelTest : public testing::Test {
+ protected:
+  ModelTest() { host::UseVirtualClock(); }
+  ~ModelTest() override { host::UseRealClock(); }
+
+  bool Write(std::uint8_t address, std::initializer_list<std::uint8_t> bytes) {
+    return bus_.Write(address, std::vector<std::uint8_t>(bytes));
+  }
+  // One byte, or -1 when nobody acknowledges.
+  int Read(std::uint8_t address) {
+    std::uint8_t byte = 0;
+    return bus_.Read(address, {&byte, 1}) ? byte : -1;
+  }
+  int ReadAt(std::uint8_t address, std::uint8_t subaddress) {
+    std::uint8_t byte = 0;
+    return bus_.ReadAt(address, subaddress, {&byte, 1}) ? byte : -1;
+  }
+
+  I2cBus bus_;
+};
+
+}  // namespace zelk::virtual_cards

@@ -1,0 +1,139 @@
+// Silicon tuners behind their demodulator. 175.25 MHz in system B, whose picture IF is 6.75 MHz
+// here, needs 182 MHz at the mixer: four times that is 728 MHz at the oscillator, 2912 steps of 250
+// kHz, written four times as large (2D 80).
+#include "model_test.h"
+#include "virtual_cards/chips/silicon_front_end.h"
+
+namespace zelk::virtual_cards {
+namespace {
+
+constexpr double kTunedKHz = 175250;
+
+class SiliconTunerTest : public ModelTest {
+ protected:
+  void Fit(SiliconRevision revision, double offsetKHz, std::uint32_t standard = AnalogVideo_PAL_B) {
+    bus_ = {};
+    air_ = AirWith(kTunedKHz + offsetKHz, standard);
+    frontEnd_ = std::make_unique<SiliconFrontEnd>(revision, air_);
+    frontEnd_->AttachTo(bus_);
+  }
+  void SetUpDemodulator(std::uint8_t system = 0x02) {
+    Write(0x96, {0x07, 0x00});
+    Write(0x96, {0x30, 0x2F});
+    Write(0x96, {0x20, 0x0B});
+    Write(0x96, {0x01, system});
+  }
+  // Registers 0x00 to 0x40, then the time to settle.
+  void TuneA(std::uint8_t oscillator = 0x50, std::uint8_t dividerLow = 0x80) {
+    Write(0x96, {0x21, 0xC0});
+    EXPECT_TRUE(Write(0xC2, {0x00, 0x2D, dividerLow, 0x00, 0x10, oscillator}));
+    Write(0x96, {0x21, 0x80});
+    Sleep(60);
+  }
+
+  Air air_;
+  std::unique_ptr<SiliconFrontEnd> frontEnd_;
+};
+
+TEST_F(SiliconTunerTest, GateGuardsTheTuner) {
+  Fit(SiliconRevision::kTda8275a, 0);
+  EXPECT_FALSE(Write(0xC2, {0x00, 0x2D}));
+  EXPECT_EQ(Read(0xC2), -1);
+  EXPECT_TRUE(Write(0x96, {0x21, 0xC0}));
+  EXPECT_TRUE(Write(0xC2, {0x00, 0x2D}));
+  EXPECT_NE(Read(0xC2), -1);
+  EXPECT_TRUE(Write(0x96, {0x21, 0x80}));
+  EXPECT_FALSE(Write(0xC2, {0x00, 0x2D}));
+}
+
+TEST_F(SiliconTunerTest, LockAndAfcFollowTheCarrier) {
+  constexpr int kLocked = 0x80;
+  struct Case {
+    double offsetKHz;
+    int reading;
+  };
+  // Steps of 13.2 kHz; positive while the carrier lies below the tuned frequency.
+  for (const Case& one : {
+           Case{0, kLocked | 0},
+           Case{-13.2, kLocked | 1},
+           Case{-132, kLocked | 10},
+           Case{132, kLocked | (128 - 10)},
+           Case{-594, kLocked | 45},
+           Case{-700, 53},
+           Case{-900, 63},
+           Case{900, 128 - 63},
+           Case{1100, 0x40},
+       }) {
+    Fit(SiliconRevision::kTda8275a, one.offsetKHz);
+    SetUpDemodulator();
+    TuneA();
+    EXPECT_EQ(ReadAt(0x96, 0x1B), one.reading) << one.offsetKHz;
+    EXPECT_EQ(frontEnd_->Picture() != nullptr, (one.reading & kLocked) != 0) << one.offsetKHz;
+    EXPECT_DOUBLE_EQ(frontEnd_->TunedKHz(), kTunedKHz);
+  }
+}
+
+TEST_F(SiliconTunerTest, DemodulatorMustBeSetUp) {
+  Fit(SiliconRevision::kTda8275a, 0);
+  TuneA();
+  EXPECT_EQ(ReadAt(0x96, 0x1B), 0x40);
+  SetUpDemodulator();
+  EXPECT_EQ(ReadAt(0x96, 0x1B), 0x80);
+  for (const std::uint8_t number : {std::uint8_t{0x07}, std::uint8_t{0x30}, std::uint8_t{0x20}}) {
+    Write(0x96, {number, 0x55});
+    EXPECT_EQ(ReadAt(0x96, 0x1B), 0x40) << int{number};
+    SetUpDemodulator();
+  }
+  Write(0x96, {0x01, 0x08});  // D/K expects the picture 1 MHz higher in the IF
+  EXPECT_EQ(ReadAt(0x96, 0x1B) & 0x80, 0);
+}
+
+TEST_F(SiliconTunerTest, PositiveModulationNeedsItsSystem) {
+  for (const std::uint32_t standard : {AnalogVideo_PAL_G, AnalogVideo_SECAM_L}) {
+    for (const std::uint8_t system : {std::uint8_t{0x04}, std::uint8_t{0x20}}) {
+      // Both systems have their picture IF at 7.75 MHz: 174.25 MHz with this divider.
+      Fit(SiliconRevision::kTda8275a, -1000, standard);
+      SetUpDemodulator(system);
+      TuneA();
+      EXPECT_EQ(frontEnd_->Picture() != nullptr,
+                (standard == AnalogVideo_SECAM_L) == (system == 0x20));
+    }
+  }
+}
+
+TEST_F(SiliconTunerTest, OscillatorMustReachTheFrequency) {
+  Fit(SiliconRevision::kTda8275a, 0);
+  SetUpDemodulator();
+  for (const std::uint8_t oscillator : {0x58, 0x48, 0x40, 0x30, 0x70}) {
+    TuneA(oscillator);
+    EXPECT_EQ(ReadAt(0x96, 0x1B), 0x40) << int{oscillator};
+  }
+  TuneA(0x50, 0x83);  // the two lowest divider bits are not connected
+  EXPECT_EQ(ReadAt(0x96, 0x1B), 0x80);
+
+  // In the TDA8275 the doublings stand one bit higher, and one bit divides by another 1.5.
+  Fit(SiliconRevision::kTda8275, 0);
+  SetUpDemodulator();
+  TuneA(0x90);
+  EXPECT_EQ(ReadAt(0x96, 0x1B), 0x80);
+  TuneA(0xB0);
+  EXPECT_EQ(ReadAt(0x96, 0x1B), 0x40);
+}
+
+TEST_F(SiliconTunerTest, LockNeedsItsTimeAndPower) {
+  Fit(SiliconRevision::kTda8275a, 0);
+  SetUpDemodulator();
+  TuneA();
+  Write(0x96, {0x21, 0xC0});
+  Write(0xC2, {0x30, 0x10});
+  Sleep(59);
+  EXPECT_EQ(ReadAt(0x96, 0x1B), 0x40);
+  Sleep(1);
+  EXPECT_EQ(ReadAt(0x96, 0x1B), 0x80);
+  frontEnd_->SetPowered(false);
+  EXPECT_EQ(ReadAt(0x96, 0x1B), 0x40);
+  EXPECT_FALSE(Write(0xC2, {0x30, 0x10}));
+}
+
+}  // namespace
+}  // namespace zelk::virtual_cards

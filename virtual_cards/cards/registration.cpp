@@ -1,0 +1,26 @@
+#include "virtual_cards/cards/registration.h"
+
+#include <stdexcept>
+#include <utility>
+
+// The only place in the cards that knows the host: on Windows, devices are put into their
+// categories by the system's own installer.
+#include "platform/host/control.h"
+
+namespace zelk::virtual_cards {
+
+ClassRegistration::ClassRegistration(REFCLSID classId, IUnknown* classObject) {
+  const HRESULT code = CoRegisterClassObject(classId, classObject, CLSCTX_INPROC_SERVER,
+                                             REGCLS_MULTIPLEUSE, &cookie_);
+  if (FAILED(code)) throw std::runtime_error("a virtual card's COM class cannot be registered");
+}
+
+ClassRegistration::~ClassRegistration() { CoRevokeClassObject(cookie_); }
+
+DeviceRegistration::DeviceRegistration(REFCLSID category, std::wstring friendlyName,
+                                       IUnknown* device)
+    : token_(host::AddDevice(category, std::move(friendlyName), device)) {}
+
+DeviceRegistration::~DeviceRegistration() { host::RemoveDevice(token_); }
+
+}  // namespace zelk::virtual_cards

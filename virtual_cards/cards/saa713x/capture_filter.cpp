@@ -1,0 +1,173 @@
+#include "virtual_cards/cards/saa713x/capture_filter.h"
+
+#include <cstring>
+
+#include "virtual_cards/cards/property_dispatch.h"
+#include "virtual_cards/cards/saa713x/property_sets.h"
+#include "virtual_cards/chips/tv_standard.h"
+
+namespace zelk::virtual_cards {
+
+namespace {
+
+constexpr DWORD kGet = KSPROPERTY_SUPPORT_GET;
+constexpr DWORD kSet = KSPROPERTY_SUPPORT_SET;
+constexpr DWORD kWord = sizeof(ULONG);
+constexpr std::size_t kStandardOffset = offsetof(KSPROPERTY_VIDEODECODER_S, Value);
+
+void DescribeStandardRequest(TraceLine& line, std::span<const BYTE> content) {
+  line.Words(content.subspan(kStandardOffset, kWord));
+}
+
+constexpr PropertyRow Own(DWORD id, DWORD bytes, DWORD support) {
+  return {&kPropsetZelkSaa, "ZELK_SAA", id, bytes, support, DescribeWords};
+}
+
+constexpr PropertyRow kRows[] = {
+    Own(0x65, kWord, kGet | kSet),                // lock: the driver keeps off the tuner
+    Own(0x66, kWord, kGet | kSet),                // lock: the application's own
+    Own(kSaaTunerPowerDown, kWord, kGet | kSet),  // 1: off
+    Own(kSaaFmLevel, kWord, kGet),
+    Own(kSaaFmAfc, kWord, kGet),
+    Own(kSaaFmStereo, 1, kGet),
+    Own(0x70, kWord, kGet | kSet),  // Russia flag
+    Own(0x71, kWord, kGet | kSet),  // volume
+    Own(0x72, kWord, kGet | kSet),  // fuse
+    Own(0x73, kWord, kGet | kSet),  // audio system
+    Own(kSaaChipNumber, kWord, kGet),
+    Own(0x75, kWord, kGet | kSet),  // SAA7135: virtual mode
+    Own(0x76, kWord, kGet | kSet),  // SAA7135: virtual stereo effect
+    Own(0x77, kWord, kGet | kSet),  // SAA7135: bass
+    Own(0x78, kWord, kGet | kSet),  // SAA7135: treble
+    {&kPropsetVampTune, "VAMP_TUNE", kVampTuneNotification, sizeof(TuneNotification), kSet,
+     DescribeWords},
+    {&kPropsetVideoDecoder, "VIDEODECODER", KSPROPERTY_VIDEODECODER_STANDARD,
+     sizeof(KSPROPERTY_VIDEODECODER_S), kGet | kSet, DescribeStandardRequest},
+};
+
+ULONG ReadWord(std::span<const BYTE> content) {
+  ULONG word = 0;
+  std::memcpy(&word, content.data(), sizeof word);
+  return word;
+}
+
+class CaptureFilter final : public CardObject<IKsPropertySet, IAMAnalogVideoDecoder>,
+                            private PropertyHandler {
+ public:
+  explicit CaptureFilter(const std::shared_ptr<Saa713xHardware>& hardware)
+      : CardObject(Saa713xHardware::References(hardware)),
+        hardware_(hardware),
+        dispatch_(hardware->Gate(), "capture", kRows, *this) {}
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+    std::string_view request;
+    if (iid == IidOf<IKsPropertySet>()) request = "capture query IKsPropertySet";
+    if (iid == IidOf<IAMAnalogVideoDecoder>()) request = "capture query IAMAnalogVideoDecoder";
+    return Gate().PassQuery(request, object,
+                            [&] { return CardObject::QueryInterface(iid, object); });
+  }
+
+  // --- IKsPropertySet ---
+  HRESULT STDMETHODCALLTYPE Set(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes,
+                                LPVOID data, DWORD dataBytes) override {
+    return dispatch_.Set(set, id, instance, instanceBytes, data, dataBytes);
+  }
+  HRESULT STDMETHODCALLTYPE Get(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes,
+                                LPVOID data, DWORD dataBytes, DWORD* returned) override {
+    return dispatch_.Get(set, id, instance, instanceBytes, data, dataBytes, returned);
+  }
+  HRESULT STDMETHODCALLTYPE QuerySupported(REFGUID set, DWORD id, DWORD* support) override {
+    return dispatch_.QuerySupported(set, id, support);
+  }
+
+  // --- IAMAnalogVideoDecoder ---
+  HRESULT STDMETHODCALLTYPE get_HorizontalLocked(LONG* locked) override {
+    return Answer("capture horizontal-locked", locked,
+                  [this] { return hardware_->HorizontalLocked() ? 1 : 0; });
+  }
+  HRESULT STDMETHODCALLTYPE get_TVFormat(LONG* standard) override {
+    return Answer("capture get-format", standard,
+                  [this] { return static_cast<LONG>(hardware_->VideoStandard()); });
+  }
+  HRESULT STDMETHODCALLTYPE put_TVFormat(LONG standard) override {
+    return Gate().Pass(
+        [=](TraceLine& line) {
+          line.Text("capture put-format ").Word(static_cast<ULONG>(standard));
+        },
+        [this, standard] {
+          hardware_->SetVideoStandard(static_cast<std::uint32_t>(standard));
+          return S_OK;
+        });
+  }
+  HRESULT STDMETHODCALLTYPE get_NumberOfLines(LONG* lines) override {
+    return Answer("capture number-of-lines", lines, [this] {
+      return static_cast<LONG>(DescribeStandard(hardware_->VideoStandard()).lines);
+    });
+  }
+  // What this driver leaves out.
+  HRESULT STDMETHODCALLTYPE get_AvailableTVFormats(LONG*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_VCRHorizontalLocking(LONG) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_VCRHorizontalLocking(LONG*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_OutputEnable(LONG) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_OutputEnable(LONG*) override { return E_NOTIMPL; }
+
+ private:
+  RequestGate& Gate() { return hardware_->Gate(); }
+
+  template <class Value>
+  HRESULT Answer(std::string_view request, LONG* place, Value value) {
+    return Gate().Pass([=](TraceLine& line) { line.Text(request); },
+                       [&] {
+                         if (!place) return E_POINTER;
+                         *place = value();
+                         return S_OK;
+                       },
+                       [&](TraceLine& line) { line.Answer().Number(*place); });
+  }
+
+  HRESULT SetProperty(const PropertyRow& row, std::span<const BYTE> content) override {
+    if (row.set == &kPropsetVampTune) return hardware_->NotifyTuning(ReadWord(content));
+    if (row.set == &kPropsetVideoDecoder) {
+      hardware_->SetVideoStandard(ReadWord(content.subspan(kStandardOffset)));
+    } else {
+      hardware_->SetDriverWord(row.id, ReadWord(content));
+    }
+    return S_OK;
+  }
+
+  HRESULT GetProperty(const PropertyRow& row, std::span<BYTE> content) override {
+    if (row.set == &kPropsetVideoDecoder) {
+      const ULONG standard = hardware_->VideoStandard();
+      std::memcpy(&content[kStandardOffset], &standard, sizeof standard);
+      return S_OK;
+    }
+    // Little-endian: the stereo indicator is the word's first byte.
+    const ULONG word = OwnProperty(row.id);
+    std::memcpy(content.data(), &word, content.size());
+    return S_OK;
+  }
+
+  ULONG OwnProperty(DWORD id) const {
+    switch (id) {
+      case kSaaFmLevel:
+      case kSaaFmAfc:
+      case kSaaFmStereo:
+        return hardware_->FmReading(id);
+      case kSaaChipNumber:
+        return hardware_->ChipId();
+      default:
+        return hardware_->DriverWord(id);
+    }
+  }
+
+  const std::shared_ptr<Saa713xHardware> hardware_;
+  PropertyDispatch dispatch_;
+};
+
+}  // namespace
+
+ComPtr<IUnknown> MakeCaptureFilter(const std::shared_ptr<Saa713xHardware>& hardware) {
+  return ComPtr<IUnknown>::Adopt(static_cast<IKsPropertySet*>(new CaptureFilter(hardware)));
+}
+
+}  // namespace zelk::virtual_cards

@@ -1,0 +1,58 @@
+// The kinds of virtual cards there are, by name.
+#include <stdexcept>
+#include <utility>
+
+#include "virtual_cards/cards/saa713x/options.h"
+#include "virtual_cards/cards/virtual_card.h"
+
+namespace zelk::virtual_cards {
+
+namespace {
+
+// "a,b,c" into its parts; an empty text has none.
+std::vector<std::string_view> Split(std::string_view text) {
+  std::vector<std::string_view> parts;
+  while (!text.empty()) {
+    const std::size_t comma = text.find(',');
+    parts.push_back(text.substr(0, comma));
+    text.remove_prefix(comma == std::string_view::npos ? text.size() : comma + 1);
+  }
+  return parts;
+}
+
+std::vector<OptionText> ParseOptions(std::string_view text) {
+  std::vector<OptionText> options;
+  for (const std::string_view part : Split(text)) {
+    const std::size_t equals = part.find('=');
+    if (equals == std::string_view::npos) {
+      throw std::invalid_argument("\"" + std::string(part) + "\" is not of the form key=value");
+    }
+    options.push_back({part.substr(0, equals), part.substr(equals + 1)});
+  }
+  return options;
+}
+
+}  // namespace
+
+std::vector<CardKind> CardKinds() {
+  std::vector<CardKind> kinds;
+  for (const Saa713xKind& kind : kSaa713xKinds) {
+    kinds.push_back({std::string(kind.name), std::string(kind.description)});
+  }
+  return kinds;
+}
+
+std::unique_ptr<VirtualCard> CreateCard(std::string_view description, Air air) {
+  const std::size_t comma = description.find(',');
+  const std::string_view name = description.substr(0, comma);
+  const std::string_view rest =
+      comma == std::string_view::npos ? std::string_view{} : description.substr(comma + 1);
+  for (const Saa713xKind& kind : kSaa713xKinds) {
+    if (kind.name == name) return CreateSaa713x(kind, ParseOptions(rest), std::move(air));
+  }
+  std::string known;
+  for (const CardKind& kind : CardKinds()) known += (known.empty() ? "" : ", ") + kind.name;
+  throw std::invalid_argument("unknown card \"" + std::string(name) + "\"; there are " + known);
+}
+
+}  // namespace zelk::virtual_cards

@@ -1,0 +1,96 @@
+#include "virtual_cards/chips/if_demodulator.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "virtual_cards/chips/tv_standard.h"
+
+namespace zelk::virtual_cards {
+
+namespace {
+
+constexpr std::size_t kB = 0;
+constexpr std::size_t kE = 2;
+constexpr std::uint8_t kPort2 = 0x80;
+
+// With port 2 high the board switches its IF filter over to L', whose picture carrier lies at the
+// lower end of the IF; the chip's own table has 33.9 MHz for it.
+constexpr double kLowerEndIfKHz = 33950;
+
+constexpr std::array<double, 8> kPictureIfsKHz = {58750, 45750, 38900, 38000, 33900, 0, 0, 0};
+constexpr std::array<double, 4> kSoundOffsetsKHz = {4500, 5500, 6000, 6500};
+
+// Status byte: bit 0 power-on reset, bits 4..1 AFC, then three level detectors.
+constexpr std::uint8_t kPowerOnReset = 0x01;
+constexpr std::uint8_t kSoundIfLevel = 0x20;
+constexpr std::uint8_t kVisionIfLevel = 0x40;
+constexpr std::uint8_t kCarrierDetected = 0x80;
+
+// The AFC counts in steps of 25 kHz from the nominal IF: 0 to 7 downwards, 15 to 8 upwards.
+constexpr double kAfcStepKHz = 25;
+constexpr int kAfcNoCarrier = 7;
+
+std::uint8_t AfcCode(double ifDeviationKHz) {
+  const int steps =
+      std::min(7, static_cast<int>(std::floor(std::abs(ifDeviationKHz) / kAfcStepKHz)));
+  return static_cast<std::uint8_t>(ifDeviationKHz <= 0 ? steps : 15 - steps);
+}
+
+}  // namespace
+
+bool IfDemodulator::Write(std::span<const std::uint8_t> bytes) {
+  if (bytes.empty()) return true;
+  std::size_t subaddress = bytes[0] & 3;
+  for (const std::uint8_t byte : bytes.subspan(1)) {
+    if (subaddress >= registers_.size()) break;
+    registers_[subaddress] = byte;
+    written_ = static_cast<std::uint8_t>(written_ | 1 << subaddress);
+    ++subaddress;
+    settle_.Restart();
+  }
+  return true;
+}
+
+bool IfDemodulator::Read(std::span<std::uint8_t> bytes) {
+  std::fill(bytes.begin(), bytes.end(), Status());
+  powerOnReset_ = false;
+  return true;
+}
+
+IfDemodulator::Mode IfDemodulator::Modulation() const {
+  return static_cast<Mode>(registers_[kB] >> 3 & 3);
+}
+
+double IfDemodulator::PictureIfKHz() const {
+  if (Modulation() == Mode::kPositiveTv && (registers_[kB] & kPort2)) return kLowerEndIfKHz;
+  return kPictureIfsKHz[registers_[kE] >> 2 & 7];
+}
+
+double IfDemodulator::SoundOffsetKHz() const { return kSoundOffsetsKHz[registers_[kE] & 3]; }
+
+Reception IfDemodulator::Detect() const {
+  const bool television = Modulation() == Mode::kPositiveTv || Modulation() == Mode::kNegativeTv;
+  if (!SetUp() || !television) return {};
+  Reception reception = tuner_.Receive(PictureIfKHz());
+  if (reception.carrier) {
+    const bool positive = DescribeStandard(reception.carrier->standard).positive;
+    if (positive != (Modulation() == Mode::kPositiveTv)) reception.carrier = nullptr;
+  }
+  return reception;
+}
+
+std::uint8_t IfDemodulator::Status() const {
+  std::uint8_t status = powerOnReset_ ? kPowerOnReset : 0;
+  Reception reception;
+  if (Settled(kAfcSettleMs) && tuner_.Settled(kAfcSettleMs)) reception = Detect();
+  if (!reception.carrier) return static_cast<std::uint8_t>(status | kAfcNoCarrier << 1);
+
+  // The oscillator stands above the carrier: a carrier above the tuned frequency lowers the IF.
+  status |= static_cast<std::uint8_t>(AfcCode(-reception.OffsetKHz()) << 1);
+  status |= kVisionIfLevel | kCarrierDetected;
+  const TvStandard& received = DescribeStandard(reception.carrier->standard);
+  if (received.soundOffsetKHz == SoundOffsetKHz()) status |= kSoundIfLevel;
+  return status;
+}
+
+}  // namespace zelk::virtual_cards

@@ -1,0 +1,56 @@
+// The tuner part of a module: mixer, oscillator and the PLL chip (TSA5522 class) that steers them.
+#pragma once
+
+#include "virtual_cards/chips/i2c_bus.h"
+#include "virtual_cards/chips/reception.h"
+#include "virtual_cards/chips/settle_timer.h"
+#include "virtual_cards/chips/tuner_models.h"
+
+namespace zelk::virtual_cards {
+
+class PllTuner final : public I2cDevice {
+ public:
+  static constexpr std::uint8_t kAddress = 0xC2;
+
+  // Both must outlive the tuner.
+  PllTuner(const TunerModel& model, const Air& air) : model_(model), air_(air) {}
+
+  // Byte pairs: divider high and low, or control (bit 7 set) and band; in either order.
+  bool Write(std::span<const std::uint8_t> bytes) override;
+  // The status byte, as often as it is asked for.
+  bool Read(std::span<std::uint8_t> bytes) override { return ReadStatus(bytes, afcInput_); }
+  // The status byte with another AFC voltage at the converter; null leaves its input open.
+  bool ReadStatus(std::span<std::uint8_t> bytes, const PictureDetector* afcInput);
+  // Wires a detector's AFC voltage to the converter.
+  void ConnectAfc(const PictureDetector* detector) { afcInput_ = detector; }
+
+  // Oscillator frequency for what was written, 0 while the loop cannot run.
+  double OscillatorKHz() const;
+  // What arrives at a detector on picture IF `ifKHz`: nothing when the module's filters do not pass
+  // that IF, or when the band switches do not cover the frequency.
+  Reception Receive(double ifKHz) const;
+
+  // Whether the band byte selects positive modulation.
+  bool PositiveModulation() const { return (band_ & model_.positiveBit) != 0; }
+  bool Settled(std::uint32_t milliseconds) const { return settle_.Passed(milliseconds); }
+  bool Powered() const { return powered_; }
+  void SetPowered(bool powered) { powered_ = powered; }
+
+ private:
+  const TunerBand* SelectedBand() const;
+  bool PassesIf(double ifKHz) const;
+  bool LoopLocked() const;
+  std::uint8_t AfcReading(const PictureDetector* afcInput) const;
+
+  const TunerModel& model_;
+  const Air& air_;
+  const PictureDetector* afcInput_ = nullptr;
+  SettleTimer settle_;
+  std::uint16_t divider_ = 0;
+  std::uint8_t control_ = 0;
+  std::uint8_t band_ = 0;
+  bool powered_ = true;
+  bool powerOnReset_ = true;
+};
+
+}  // namespace zelk::virtual_cards

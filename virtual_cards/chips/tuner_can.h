@@ -1,0 +1,55 @@
+// A whole tuner module on its board: PLL tuner, picture detector and what of them is on the bus.
+#pragma once
+
+#include <optional>
+
+#include "virtual_cards/chips/if_demodulator.h"
+#include "virtual_cards/chips/pll_tuner.h"
+
+namespace zelk::virtual_cards {
+
+class TunerCan final : public FrontEnd {
+ public:
+  // `air` must outlive the module. Throws std::invalid_argument for a type without a known module.
+  TunerCan(std::uint32_t tunerType, const Air& air);
+  TunerCan(const TunerCan&) = delete;
+  TunerCan& operator=(const TunerCan&) = delete;
+
+  void AttachTo(I2cBus& bus);
+
+  double TunedKHz() const override;
+  const TvCarrier* Picture() const override;
+  void SetPowered(bool powered) override { tuner_.SetPowered(powered); }
+
+ private:
+  // The detector inside a module without a demodulator chip.
+  class BuiltInDetector final : public PictureDetector {
+   public:
+    explicit BuiltInDetector(const TunerCan& can) : can_(can) {}
+    Reception Detect() const override { return can_.tuner_.Receive(can_.model_.ifKHz); }
+
+   private:
+    const TunerCan& can_;
+  };
+
+  // A second address at which some modules show their status. It takes no writes.
+  class StatusPort final : public I2cDevice {
+   public:
+    explicit StatusPort(TunerCan& can) : can_(can) {}
+    bool Write(std::span<const std::uint8_t>) override { return false; }
+    bool Read(std::span<std::uint8_t> bytes) override;
+
+   private:
+    TunerCan& can_;
+  };
+
+  const PictureDetector& Detector() const;
+
+  const TunerModel& model_;
+  PllTuner tuner_;
+  std::optional<IfDemodulator> demodulator_;
+  BuiltInDetector builtIn_{*this};
+  StatusPort statusPort_{*this};
+};
+
+}  // namespace zelk::virtual_cards
