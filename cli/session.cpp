@@ -1,0 +1,142 @@
+#include "cli/session.h"
+
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "platform/host/control.h"
+#include "virtual_cards/video_standard.h"
+
+namespace zelk::cli {
+namespace {
+
+constexpr std::string_view kVirtualPrefix = "virtual:";
+// Adjacent carriers are several MHz apart in every plan, and the library searches in steps of 250
+// kHz.
+constexpr std::uint32_t kNameToleranceKHz = 200;
+// Longest tuner name and its terminator are 26 bytes. The library copies without regard to the
+// size.
+constexpr std::uint32_t kTunerNameBytes = 64;
+
+// What stands behind "virtual:".
+std::string CardKindOf(const std::string& option) {
+  if (!option.starts_with(kVirtualPrefix))
+    throw UsageError("--card \"" + option + "\": this build drives virtual cards, virtual:KIND");
+  return option.substr(kVirtualPrefix.size());
+}
+
+virtual_cards::Raster RasterOf(const Options& options, const virtual_cards::Air& air) {
+  try {
+    return virtual_cards::LoadRaster(options.raster.empty() ? air.raster : options.raster);
+  } catch (const std::runtime_error& error) {
+    if (options.raster.empty()) throw;
+    throw UsageError(std::string("--raster: ") + error.what());
+  }
+}
+
+std::uint32_t StandardOf(const Options& options, const virtual_cards::Raster& raster) {
+  if (options.standard.empty()) return raster.standard;
+  if (const auto standard = virtual_cards::FindVideoStandard(options.standard)) return *standard;
+  std::string names;
+  for (const auto& row : virtual_cards::kVideoStandardNames) names += ' ' + std::string(row.name);
+  throw UsageError("--standard \"" + options.standard + "\" is none of" + names);
+}
+
+std::unique_ptr<virtual_cards::VirtualCard> PlugIn(const std::string& description,
+                                                   virtual_cards::Air air) {
+  try {
+    return virtual_cards::CreateCard(description, std::move(air));
+  } catch (const std::invalid_argument& error) {
+    throw UsageError(std::string("--card: ") + error.what());
+  }
+}
+
+}  // namespace
+
+Session::Session(const Options& options) : cardDescription_(options.card) {
+  const std::string kind = CardKindOf(options.card);
+  if (options.realtime) {
+    host::UseRealClock();
+  } else {
+    host::UseVirtualClock();
+  }
+  virtual_cards::Air air = virtual_cards::LoadAir(options.air);
+  raster_ = RasterOf(options, air);
+  standard_ = StandardOf(options, raster_);
+  country_ = options.country.value_or(static_cast<std::uint32_t>(raster_.countryCode));
+  card_ = PlugIn(kind, std::move(air));
+  if (options.trace) card_->AttachTrace(&trace_);
+  capture_ = card_->CaptureFilter();
+  tuner_ = card_->TunerFilter();
+  Check(ZELK_HWInit(capture_.Get(), FriendlyName().c_str(), tuner_.Get(), 0),
+        "initialise the card \"" + FriendlyName() + '"');
+}
+
+void Session::StartTv() {
+  Check(ZELK_TVInit(), "switch the card to TV");
+  Check(ZELK_put_TVFormat(standard_, country_),
+        "set the TV format " + std::string(virtual_cards::NameOfVideoStandard(standard_)) +
+            ", country " + std::to_string(country_));
+}
+
+ZELK_HWInfo Session::HWInfo() const {
+  ZELK_HWInfo info{};
+  Check(ZELK_GetHWInfo(&info), "read the board's record");
+  return info;
+}
+
+std::uint32_t Session::TunerType() const {
+  std::uint32_t type = 0;
+  Check(ZELK_GetTunerType(&type), "read the tuner type");
+  return type;
+}
+
+std::string Session::TunerName() const {
+  char name[kTunerNameBytes] = {};
+  Check(ZELK_GetTunerName(name, sizeof name), "read the tuner's name");
+  return name;
+}
+
+void Session::RequireInTvBand(std::uint32_t frequencyKHz) const {
+  const ZELK_HWInfo info = HWInfo();
+  if (frequencyKHz < info.TvLowKHz || frequencyKHz > info.TvHighKHz)
+    throw Failure("cannot tune " + std::to_string(frequencyKHz) +
+                  " kHz: outside the tuner's TV band, " + std::to_string(info.TvLowKHz) + " to " +
+                  std::to_string(info.TvHighKHz) + " kHz");
+}
+
+void Session::Tune(std::uint32_t frequencyKHz) const {
+  Check(ZELK_SetFreq(frequencyKHz, nullptr), "tune " + std::to_string(frequencyKHz) + " kHz");
+}
+
+Signal Session::ReadSignal() const {
+  // Some tuners answer the presence alone. What they leave untouched is recognised by these marks.
+  constexpr std::uint32_t kNoStrength = std::numeric_limits<std::uint32_t>::max();
+  std::uint32_t present = 0;
+  std::uint32_t strength = kNoStrength;
+  double afcOffsetKHz = std::nan("");
+  Check(ZELK_IsSignalPresent(&present, &strength, &afcOffsetKHz), "read the signal");
+
+  Signal signal;
+  signal.present = present == 1;
+  if (strength != kNoStrength) signal.strength = strength;
+  if (!std::isnan(afcOffsetKHz)) signal.afcOffsetKHz = afcOffsetKHz;
+  ComPtr<IAMAnalogVideoDecoder> decoder;
+  LONG locked = 0;
+  if (SUCCEEDED(Query(capture_.Get(), decoder)) &&
+      SUCCEEDED(decoder->get_HorizontalLocked(&locked)))
+    signal.decoderLock = locked != 0;
+  return signal;
+}
+
+std::optional<std::string> Session::ChannelName(std::uint32_t carrierKHz) const {
+  const virtual_cards::RasterChannel* channel = raster_.Nearest(carrierKHz, kNameToleranceKHz);
+  if (!channel) return std::nullopt;
+  return channel->name;
+}
+
+void Session::Check(HRESULT code, const std::string& action) const {
+  if (code < 0) throw Failure("cannot " + action + ": " + ResultText(code) + LogHint());
+}
+
+}  // namespace zelk::cli

@@ -1,0 +1,82 @@
+// One card and the library's hold on it, from the choice of the clock to ZELK_Free.
+#pragma once
+
+#include <cstdint>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "ZElkAPI.h"
+#include "cli/errors.h"
+#include "cli/options.h"
+#include "platform/com_ptr.h"
+#include "virtual_cards/bus_trace.h"
+#include "virtual_cards/cards/virtual_card.h"
+
+namespace zelk::cli {
+
+// What can be known about the signal at the tuned frequency. A tuner that does not measure a figure
+// leaves it empty.
+struct Signal {
+  bool present = false;
+  std::optional<std::uint32_t> strength;
+  std::optional<double> afcOffsetKHz;
+  std::optional<bool> decoderLock;
+};
+
+class Session {
+ public:
+  // Plugs in the card and initialises the library with it. Throws UsageError for a card or raster
+  // that does not exist, Failure (or std::runtime_error from a data file) for one that cannot be
+  // used.
+  explicit Session(const Options& options);
+
+  // Switches the card to TV with the standard and country chosen. Commands that look at the board
+  // alone do without, so that they still work on a card whose tuner does not answer.
+  void StartTv();
+
+  const virtual_cards::Raster& Raster() const { return raster_; }
+  const std::string& CardDescription() const { return cardDescription_; }
+  const std::string& FriendlyName() const { return card_->FriendlyName(); }
+  std::uint32_t VideoStandard() const { return standard_; }
+  std::uint32_t CountryCode() const { return country_; }
+
+  ZELK_HWInfo HWInfo() const;
+  std::uint32_t TunerType() const;
+  std::string TunerName() const;
+
+  // Refuses a frequency outside the card's TV band. The library itself would try any.
+  void RequireInTvBand(std::uint32_t frequencyKHz) const;
+  void Tune(std::uint32_t frequencyKHz) const;
+  Signal ReadSignal() const;
+
+  // The name of the channel at that carrier, empty when the raster has none there.
+  std::optional<std::string> ChannelName(std::uint32_t carrierKHz) const;
+
+  // "; see zelkapi_713x.log" when the library has had something to say, else empty.
+  std::string LogHint() const { return logs_.Hint(); }
+
+  // Throws Failure with "cannot `action`", the code and the log that holds the reason.
+  void Check(HRESULT code, const std::string& action) const;
+
+ private:
+  // Last among the members, so that the library lets go of the card before the filters are released
+  // and the card is unplugged.
+  struct LibraryHold {
+    ~LibraryHold() { ZELK_Free(); }
+  };
+
+  std::string cardDescription_;
+  virtual_cards::Raster raster_;
+  std::uint32_t standard_ = 0;
+  std::uint32_t country_ = 0;
+  LogWatch logs_;
+  virtual_cards::StreamTrace trace_{std::cerr};
+  std::unique_ptr<virtual_cards::VirtualCard> card_;
+  ComPtr<IUnknown> capture_;
+  ComPtr<IUnknown> tuner_;
+  LibraryHold libraryHold_;
+};
+
+}  // namespace zelk::cli

@@ -1,0 +1,37 @@
+// Runs the built program the way a user does, in a folder of its own.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "../host/temp_folder.h"
+
+namespace zelk::test {
+
+struct ZelkRun {
+  int exitCode = -1;  // negative: the number of the signal that killed it
+  std::string out;
+  std::string err;
+
+  // Standard output as JSON. Anything else fails the test with a parse error.
+  nlohmann::json Json() const { return nlohmann::json::parse(out); }
+};
+
+class Zelk {
+ public:
+  // Gives standard error a terminal instead of a pipe.
+  bool terminal = false;
+  // Presses Ctrl-C as soon as standard error contains this text.
+  std::string interruptAt;
+
+  // A line as one would type it, words separated by blanks.
+  ZelkRun Run(std::string_view line) const;
+  const zelk::testing::TempFolder& Folder() const { return folder_; }
+
+ private:
+  zelk::testing::TempFolder folder_;
+};
+
+}  // namespace zelk::test

@@ -1,0 +1,171 @@
+// What a scan finds must be what is on the air, whatever the tuner and the channel plan.
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <ostream>
+
+#include "run_zelk.h"
+#include "virtual_cards/air.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+struct Channel {
+  std::string name;
+  std::uint32_t kHz;
+  bool operator==(const Channel&) const = default;
+};
+void PrintTo(const Channel& channel, std::ostream* out) {
+  *out << channel.name << " at " << channel.kHz;
+}
+
+std::vector<Channel> OnTheAir(const std::string& place) {
+  const virtual_cards::Air air = virtual_cards::LoadAir(place);
+  const virtual_cards::Raster raster = virtual_cards::LoadRaster(air.raster);
+  std::vector<Channel> channels;
+  for (const auto& carrier : air.tv)
+    channels.push_back({carrier.channel, raster.Find(carrier.channel)->pictureKHz});
+  return channels;
+}
+
+std::vector<Channel> Listed(const nlohmann::json& scan) {
+  std::vector<Channel> channels;
+  for (const auto& row : scan.at("channels"))
+    channels.push_back({row.at("channel").is_null() ? "-" : row.at("channel").get<std::string>(),
+                        row.at("frequency_khz").get<std::uint32_t>()});
+  return channels;
+}
+
+struct ScanCase {
+  const char* card;
+  const char* place;
+};
+void PrintTo(const ScanCase& scan, std::ostream* out) { *out << scan.card << " in " << scan.place; }
+
+class EveryPlace : public ::testing::TestWithParam<ScanCase> {};
+
+TEST_P(EveryPlace, IsFoundWhole) {
+  const Zelk zelk;
+  const ZelkRun run = zelk.Run(std::string("scan tv --json --card ") + GetParam().card + " --air " +
+                               GetParam().place);
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  const nlohmann::json scan = run.Json();
+  EXPECT_EQ(Listed(scan), OnTheAir(GetParam().place));
+  EXPECT_FALSE(scan.at("interrupted"));
+  for (const auto& row : scan.at("channels")) {
+    EXPECT_TRUE(row.at("present")) << row;
+    EXPECT_TRUE(row.at("decoder_lock")) << row;
+  }
+}
+
+// A PLL tuner of the country for each plan, and one for each way of reading the AFC.
+INSTANTIATE_TEST_SUITE_P(
+    Scan, EveryPlace,
+    ::testing::Values(ScanCase{"virtual:saa7134", "western-europe-city"},
+                      ScanCase{"virtual:saa7134,tuner=15", "western-europe-city"},
+                      ScanCase{"virtual:saa7134,tuner=3", "french-city"},
+                      ScanCase{"virtual:saa7134,tuner=5", "us-city"},
+                      ScanCase{"virtual:saa7134,tuner=13", "us-cable"},
+                      ScanCase{"virtual:saa7134,tuner=7", "british-city"},
+                      ScanCase{"virtual:saa7134,tuner=9", "eastern-europe-city"},
+                      ScanCase{"virtual:saa7134,tuner=11", "japan-city"},
+                      ScanCase{"virtual:saa7134,tuner=40", "western-europe-city"},
+                      ScanCase{"virtual:saa7134,tuner=46", "us-city"},
+                      ScanCase{"virtual:saa7134,tuner=47", "western-europe-city"},
+                      ScanCase{"virtual:saa7134,tuner=48", "japan-city"}));
+
+TEST(Scan, PrintsTheTableThatThePlaceFileTellsOf) {
+  const Zelk zelk;
+  const ZelkRun run = zelk.Run("scan tv");
+  ASSERT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.err, "") << "no progress bar for a pipe";
+  std::istringstream lines(run.out);
+  std::string line;
+  std::getline(lines, line);
+  EXPECT_THAT(line, HasSubstr("Frequency (MHz)"));
+  const std::vector<Channel> channels = OnTheAir("western-europe-city");
+  for (const Channel& channel : channels) {
+    ASSERT_TRUE(std::getline(lines, line));
+    std::istringstream cells(line);
+    double megahertz = 0;
+    std::string name;
+    cells >> megahertz >> name;
+    EXPECT_EQ((Channel{name, static_cast<std::uint32_t>(std::lround(megahertz * 1000))}), channel);
+    EXPECT_THAT(line, HasSubstr("yes"));
+  }
+  std::getline(lines, line);
+  const std::string count = std::to_string(channels.size());
+  EXPECT_THAT(line, HasSubstr(count + " channels, " + count + " on raster pal-bg"));
+}
+
+TEST(Scan, WorksTheSameWhereNothingCanBeWritten) {
+  // A folder in place of the log file keeps everybody out, the superuser included.
+  const Zelk open;
+  const Zelk closed;
+  std::filesystem::create_directory(closed.Folder() / "zelkapi_713x.log");
+  // For this country the backend of a silicon tuner has something to log.
+  const char* line = "scan tv --stop-at 200MHz --json --country 48 --card virtual:saa7134,tuner=40";
+  nlohmann::json expected = open.Run(line).Json();
+  nlohmann::json found = closed.Run(line).Json();
+  ASSERT_TRUE(std::filesystem::is_regular_file(open.Folder() / "zelkapi_713x.log"));
+  EXPECT_THAT(expected.at("channels"), Not(::testing::IsEmpty()));
+  expected.erase("elapsed_ms");
+  found.erase("elapsed_ms");
+  EXPECT_EQ(found, expected);
+}
+
+// The place is found whole, too, when the library reports channels above their carriers.
+TEST(Scan, TakesTheCarrierWhereAnAlpsTunerReportsAboveIt) {
+  const Zelk zelk;
+  const nlohmann::json scan =
+      zelk.Run("scan tv --json --card virtual:saa7134,tuner=46 --air us-city").Json();
+  int corrected = 0;
+  for (const auto& row : scan.at("channels")) {
+    const auto carrier = row.at("frequency_khz").get<std::uint32_t>();
+    const auto reported = row.at("reported_khz").get<std::uint32_t>();
+    EXPECT_THAT(reported, ::testing::AnyOf(carrier, carrier + 1750));
+    if (reported != carrier) ++corrected;
+  }
+  EXPECT_GT(corrected, 0);
+  // This tuner says how strong a carrier is, not how far off.
+  EXPECT_TRUE(scan.at("channels").at(0).at("afc_offset_khz").is_null());
+  EXPECT_EQ(scan.at("channels").at(0).at("strength"), 5);
+}
+
+TEST(Scan, OfABoardThatCannotBeTunedPointsToTheReason) {
+  const Zelk zelk;
+  const ZelkRun run = zelk.Run("scan tv --card virtual:saa7134,tuner=38");
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_THAT(run.out, HasSubstr("\n0 channels"));
+  EXPECT_THAT(run.out, HasSubstr("; see zelkapi_713x.log"));
+}
+
+TEST(Scan, StopsBehindTheFrequencyAskedFor) {
+  const Zelk zelk;
+  const nlohmann::json scan = zelk.Run("scan tv --json --stop-at 190MHz").Json();
+  EXPECT_EQ(Listed(scan), (std::vector<Channel>{{"E3", 55250}, {"E5", 175250}, {"E7", 189250}}));
+  EXPECT_FALSE(scan.at("interrupted"));
+}
+
+TEST(Scan, ShowsItsProgressOnATerminalAndPrintsWhatItHasOnCtrlC) {
+  Zelk zelk;
+  zelk.terminal = true;
+  zelk.interruptAt = " 1 found";
+  zelk.Folder().Write("hill.json", R"({"place": "Hill", "raster": "pal-bg", "fm": [],
+    "tv": [{"channel": "E2", "station": "Relay", "level_dbuv": 60},
+           {"channel": "K65", "station": "Relay", "level_dbuv": 60}]})");
+  const ZelkRun run = zelk.Run("scan tv --realtime --air hill.json");
+  EXPECT_EQ(run.exitCode, 130);
+  EXPECT_THAT(run.out, HasSubstr(" E2 "));
+  EXPECT_THAT(run.out, Not(HasSubstr("K65")));
+  EXPECT_THAT(run.out, HasSubstr("Interrupted at "));
+  EXPECT_THAT(run.err, HasSubstr("MHz  1 found"));
+  EXPECT_TRUE(run.err.ends_with("\r\x1b[K")) << "the bar stays behind: " << run.err;
+}
+
+}  // namespace
+}  // namespace zelk::test
