@@ -23,6 +23,8 @@ class UnavailableBackend {
   HRESULT IsFMSignalPresent(std::uint32_t*, std::uint32_t*, double*) { return E_FAIL; }
   HRESULT SetFMAudioMode(std::uint32_t) { return E_FAIL; }
   HRESULT GetFMAudioMode(std::uint32_t*) { return E_FAIL; }
+  HRESULT GetFMStatusByte(std::uint8_t*, std::uint8_t*) { return E_FAIL; }
+  void SetFMTuneFlag(std::uint32_t) {}
   HRESULT GetRemoteData(std::uint32_t*) { return E_FAIL; }
   HRESULT GetTunerType(std::uint32_t*) { return E_FAIL; }
   HRESULT SetHWLock(std::uint32_t, std::uint32_t) { return E_FAIL; }

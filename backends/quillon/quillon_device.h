@@ -9,6 +9,7 @@ class QuillonDevice : public UnavailableBackend {
  public:
   void ReleaseInterfaces() {}
   HRESULT IsSignalPresent_DECODER(std::uint32_t*) { return E_FAIL; }
+  void ReadFmReceiverStatus() {}
   HRESULT PutTVSystem(std::uint32_t, std::uint32_t) { return E_FAIL; }
   HRESULT GetMPEGParam(ZELK_MpegParams*) { return E_FAIL; }
   HRESULT SetMPEGParam(const ZELK_MpegParams&) { return E_FAIL; }

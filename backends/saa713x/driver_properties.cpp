@@ -1,5 +1,6 @@
 // The card driver's own property set: 32-bit values that pass through unchanged. These operations
 // neither ask whether the card is initialised nor log: they need the capture filter alone.
+#include "backends/saa713x/driver_property_ids.h"
 #include "backends/saa713x/saa713x_device.h"
 #include "common/store.h"
 #include "platform/property_request.h"
@@ -7,21 +8,7 @@
 namespace zelk {
 namespace {
 
-constexpr GUID kPropsetZelkSaa = {
-    0x42D300A6, 0x1CC7, 0x4B6C, {0x88, 0xDA, 0xCD, 0x0B, 0x04, 0x60, 0x3D, 0x55}};
-
-constexpr std::uint32_t kHardwareLock = 0x65;  // lock 0; lock 1 is the next property
 constexpr std::uint32_t kHardwareLocks = 2;
-constexpr std::uint32_t kTunerPowerDown = 0x67;
-constexpr std::uint32_t kRussiaFlag = 0x70;
-constexpr std::uint32_t kVolume = 0x71;
-constexpr std::uint32_t kFuse = 0x72;
-constexpr std::uint32_t kAudioSystem = 0x73;
-constexpr std::uint32_t kDecoderIdentity = 0x74;
-constexpr std::uint32_t k7135VirtualMode = 0x75;
-constexpr std::uint32_t k7135VirtualStereoEffect = 0x76;
-constexpr std::uint32_t k7135Bass = 0x77;
-constexpr std::uint32_t k7135Treble = 0x78;
 
 }  // namespace
 

@@ -21,10 +21,11 @@ bool Saa713xDevice::ReadBus(std::uint8_t device, std::uint8_t* buffer, std::uint
   return I2c->Read(buffer, count, &status) == S_OK && status != kVampBusFailed;
 }
 
-HRESULT Saa713xDevice::ReadBusAt(std::uint8_t device, std::uint8_t subaddress, std::uint8_t* byte) {
+HRESULT Saa713xDevice::ReadBusAt(std::uint8_t device, std::uint8_t subaddress, std::uint8_t* buffer,
+                                 std::uint32_t count) {
   ULONG status = 0;
   I2c->SelectDevice(device);
-  return I2c->ReadAt(subaddress, byte, 1, &status);
+  return I2c->ReadAt(subaddress, buffer, count, &status);
 }
 
 HRESULT Saa713xDevice::I2CWriteSequence(std::uint8_t device, const std::uint8_t* bytes,
@@ -69,7 +70,7 @@ HRESULT Saa713xDevice::I2CWriteDWord(std::uint8_t device, std::uint16_t word1,
 HRESULT Saa713xDevice::ReadEEPROM(std::uint8_t address, std::uint8_t* byte) {
   if (!Ready("SAA713x ReadEEPROM(): Hardware not initial")) return E_FAIL;
   std::uint8_t value = 0;
-  if (ReadBusAt(kEepromAddress, address, &value) == S_OK) {
+  if (ReadBusAt(kEepromAddress, address, &value, 1) == S_OK) {
     Store(byte, value);
     return S_OK;
   }

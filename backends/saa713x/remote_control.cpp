@@ -53,9 +53,9 @@ HRESULT Saa713xDevice::GetRemoteData(std::uint32_t* data) {
 HRESULT Saa713xDevice::RemoteFromChip(std::uint8_t& key) {
   std::uint8_t code = 0;
   std::uint8_t kind = 0;
-  ReadBusAt(kRemoteChipAddress, kKeyCode, &code);
+  ReadBusAt(kRemoteChipAddress, kKeyCode, &code, 1);
   Sleep(kRegisterGapMs);
-  const HRESULT result = ReadBusAt(kRemoteChipAddress, kKeyKind, &kind);
+  const HRESULT result = ReadBusAt(kRemoteChipAddress, kKeyKind, &kind, 1);
   // The first kind of key pad has 32 keys, the second four.
   const std::uint8_t keys = kind == 2 ? 32 : kind == 3 ? 4 : 0;
   if (code < keys) key = ReverseFiveBits(code) * 8 + kind;

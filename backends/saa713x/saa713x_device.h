@@ -19,6 +19,7 @@
 
 #include "ZElkAPI.h"
 #include "backends/saa713x/boards.h"
+#include "backends/tuner_modules/fm_receiver.h"
 #include "platform/com_ptr.h"
 
 namespace zelk {
@@ -57,11 +58,23 @@ class Saa713xDevice {
   HRESULT GetVIDEOSTANDARD(std::uint32_t* record) const;
   HRESULT GetDecoder(std::uint32_t* chipNumber) const;
 
-  // --- FM radio (fm_radio.cpp) ---
+  // --- FM radio (fm_radio.cpp, fm_signal.cpp) ---
+  // Audio mode 1 is stereo, any other mono.
   HRESULT InitialFM(std::uint32_t audioMode);
+  // Frequencies outside the card's FM band are refused. On some tuners the result is not a code:
+  // see there.
   HRESULT SetFMFreq(std::uint32_t frequencyKHz);
-  HRESULT IsFMSignalPresent(std::uint32_t* present, std::uint32_t* strength, double* afcOffsetKHz);
   HRESULT SetFMAudioMode(std::uint32_t mode);
+  HRESULT GetFMAudioMode(std::uint32_t* mode) const;
+  // 0 while a scan tests a station a second time, 1 otherwise.
+  void SetFMTuneFlag(std::uint32_t value) { FmTuneFlag = value; }
+  // Both wait for the card to settle first, 80 ms. `demodulator` receives the IF demodulator's
+  // status byte.
+  HRESULT IsFMSignalPresent(std::uint32_t* present, std::uint32_t* strength, double* afcOffsetKHz);
+  HRESULT GetFMStatusByte(std::uint8_t* tuner, std::uint8_t* demodulator);
+  HRESULT GetFMStereo(std::uint32_t* stereo) const;
+  // Reads the FM receiver chip into FmReceiverStatus.
+  void ReadFmReceiverStatus();
   // Keeps the FM receiver's search levels, eight bytes, for the whole library. Always answers 1.
   std::uint32_t FM_SetSearchLevel(const std::uint8_t* levels);
 
@@ -135,11 +148,27 @@ class Saa713xDevice {
   void InitSiliconTunerA();
   void InitSiliconTunerB();
 
+  // FM radio.
+  struct FmPresenceTest;
+  std::uint8_t FmReceiverBand() const;
+  HRESULT WriteFmReceiver(const FmReceiverBytes& bytes);
+  HRESULT TuneFmReceiver();
+  HRESULT TuneFmPll();
+  HRESULT SetUpFmTuner();
+  HRESULT TuneSiliconFmA(std::uint32_t stationHz);
+  HRESULT TuneSiliconFmB(std::uint32_t stationHz);
+  void WriteSiliconTuner(std::uint8_t subaddress, std::uint8_t value);
+  void WriteSiliconDemodulator(std::uint8_t subaddress, std::uint8_t value);
+  HRESULT SiliconFmPresence(const SignalPlaces& places);
+  HRESULT DemodulatorFmPresence(const SignalPlaces& places);
+  HRESULT ReceiverFmPresence(const SignalPlaces& places);
+  HRESULT TunerFmPresence(const SignalPlaces& places);
+
   // Television.
   bool IsSilicon() const { return Board.TunerType == 40 || Board.TunerType == 41; }
   bool NeedsCountrySubstitute(std::uint32_t country) const;
   HRESULT SetUpDemodulatorFor(std::uint32_t standard);
-  void SwitchTunerMode(LONG mode);
+  HRESULT SwitchTunerMode(LONG mode, const char* failure);
   HRESULT NotifyTuning(std::uint32_t phase, std::uint32_t country);
   HRESULT RequestTunerFrequency(std::uint32_t frequencyKHz, std::uint32_t flags,
                                 std::uint32_t channel, std::uint32_t country);
@@ -154,12 +183,14 @@ class Saa713xDevice {
   HRESULT Silicon41Presence(const SignalPlaces& places);
   HRESULT TunerAfcPresence(const SignalPlaces& places);
   HRESULT ReadSiliconStatus(std::uint8_t& status);
+  static void StoreTunerAfc(const SignalPlaces& places, std::uint8_t afc);
   static HRESULT NoReading(const SignalPlaces& places, HRESULT code);
 
   // Transfers that neither test nor log.
   HRESULT WriteBus(std::uint8_t device, const std::uint8_t* bytes, std::uint32_t count);
   bool ReadBus(std::uint8_t device, std::uint8_t* buffer, std::uint32_t count);
-  HRESULT ReadBusAt(std::uint8_t device, std::uint8_t subaddress, std::uint8_t* byte);
+  HRESULT ReadBusAt(std::uint8_t device, std::uint8_t subaddress, std::uint8_t* buffer,
+                    std::uint32_t count);
 
   HRESULT RemoteFromChip(std::uint8_t& key);
   HRESULT RemoteFromGpio(std::uint8_t& key);
@@ -186,6 +217,9 @@ class Saa713xDevice {
   std::uint32_t CountryCode = 0;
   std::int32_t LastTunedCountry = -1;  // effective country of the last tuning
   std::uint32_t VideoStandard = 0;
+  std::uint32_t FmFrequency = 90000;
+  std::uint32_t FmAudioMode = 1;
+  std::uint32_t FmTuneFlag = 1;
   std::uint32_t RussiaFlag = 0;  // what the driver was last told
 
   // Register images that the silicon tuners were last given.

@@ -81,19 +81,24 @@ HRESULT Saa713xDevice::InitialTV() {
   }
 
   if (!Board.StandardBoard) Gpio->SetLine(kTvSwitchLine, 1);
-  if (!Board.StandardBoard || IsSilicon()) SwitchTunerMode(AMTUNER_MODE_TV);
+  if (!Board.StandardBoard || IsSilicon()) SwitchTunerMode(AMTUNER_MODE_TV, nullptr);
   return S_OK;
 }
 
-// Lock 0 is open while the driver changes the tuner's mode, and closed afterwards.
-void Saa713xDevice::SwitchTunerMode(LONG mode) {
-  if (!TunerProps) return;
+// Lock 0 is open while the driver changes the tuner's mode, and closed afterwards. `failure` is
+// logged when the driver refuses the change; null for silence.
+HRESULT Saa713xDevice::SwitchTunerMode(LONG mode, const char* failure) {
+  if (!TunerProps) return E_FAIL;
   SetHWLock(0, 0);
   ComPtr<IAMTVTuner> tuner;
-  if (SUCCEEDED(Query(TunerProps.Get(), tuner)))
-    tuner->put_Mode(static_cast<AMTunerModeType>(mode));
+  HRESULT code = Query(TunerProps.Get(), tuner);
+  if (SUCCEEDED(code)) {
+    code = tuner->put_Mode(static_cast<AMTunerModeType>(mode));
+    if (FAILED(code) && failure) Log(failure);
+  }
   tuner.Reset();
   SetHWLock(0, 1);
+  return code;
 }
 
 // The drivers of these boards leave the choice among a country's standards to this library.

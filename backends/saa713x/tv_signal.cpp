@@ -96,7 +96,7 @@ HRESULT Saa713xDevice::DecoderPresence(const SignalPlaces& places) {
 }
 
 HRESULT Saa713xDevice::ReadSiliconStatus(std::uint8_t& status) {
-  return ReadBusAt(kSiliconDemodulatorAddress, kSiliconAfcRegister, &status);
+  return ReadBusAt(kSiliconDemodulatorAddress, kSiliconAfcRegister, &status, 1);
 }
 
 HRESULT Saa713xDevice::Silicon40Presence(const SignalPlaces& places) {
@@ -126,6 +126,12 @@ HRESULT Saa713xDevice::Silicon41Presence(const SignalPlaces& places) {
   return code;
 }
 
+// Without a place for the offset the strength is the raw reading.
+void Saa713xDevice::StoreTunerAfc(const SignalPlaces& places, std::uint8_t afc) {
+  Store(places.strength, places.offset ? kTunerAfc[afc].strength : afc);
+  Store(places.offset, kTunerAfc[afc].offsetKHz);
+}
+
 HRESULT Saa713xDevice::TunerAfcPresence(const SignalPlaces& places) {
   std::uint8_t status = 0;
   const HRESULT code = I2CRead(kTunerAddress, &status);
@@ -133,8 +139,7 @@ HRESULT Saa713xDevice::TunerAfcPresence(const SignalPlaces& places) {
   const std::uint8_t afc = TunerAfcCode(status);
   const bool present = afc >= 1 && afc <= 3;
   Store(places.present, present);
-  Store(places.strength, places.offset ? kTunerAfc[afc].strength : afc);
-  Store(places.offset, kTunerAfc[afc].offsetKHz);
+  StoreTunerAfc(places, afc);
   // These modules show an AFC reading on noise too; the decoder has the last word.
   constexpr TunerSet kAskDecoder = {35, 36};
   if (present && kAskDecoder.Has(Board.TunerType)) {
