@@ -50,11 +50,11 @@ void Scan() {
   ZELK_AllFreqScan(Count, ZELK_SCAN_START);
 }
 
-// The whole band of the default card and air on the virtual clock. `times_faster` is the simulated
-// waiting time over the time that the scan took.
-void TvBandVirtualClock(benchmark::State& state) {
+// The whole band of the default card on the virtual clock. `times_faster` is the simulated waiting
+// time over the time that the scan took.
+void TvBandVirtualClock(benchmark::State& state, const Air& air) {
   zelk::host::UseVirtualClock();
-  const LiveCard card(zelk::virtual_cards::LoadAir(zelk::virtual_cards::kDefaultPlace));
+  const LiveCard card(air);
   stopAfterProbes = 0;
   double waited = 0;
   double taken = 0;
