@@ -2,7 +2,8 @@
 // told.
 #include "platform/host/control.h"
 #include "tests/support/card_test.h"
-#include "virtual_cards/chips/i2c_bus.h"
+#include "tests/support/reading.h"
+#include "tests/support/told_chip.h"
 
 namespace zelk::test {
 namespace {
@@ -11,44 +12,15 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-// A chip that answers reads from a list, the last one for good, and takes every write.
-class ToldChip final : public virtual_cards::I2cDevice {
- public:
-  bool Write(std::span<const std::uint8_t>) override { return true; }
-  bool Read(std::span<std::uint8_t> bytes) override {
-    for (std::uint8_t& byte : bytes) byte = answers.front();
-    if (answers.size() > 1) answers.erase(answers.begin());
-    return true;
-  }
-  std::vector<std::uint8_t> answers;
-};
-
-struct Reading {
-  HRESULT result;
-  std::uint32_t present, strength;
-  double offset;
-
-  friend bool operator==(const Reading&, const Reading&) = default;
-  friend void PrintTo(const Reading& r, std::ostream* out) {
-    *out << r.result << " present " << r.present << " strength " << r.strength << " offset "
-         << r.offset;
-  }
-};
-
-constexpr std::uint32_t kUntouched = 77;
-
 class Signal : public CardTest {
  protected:
   void PlugTold(std::uint32_t type, std::uint8_t address) {
     PlugTv(type);
     card->FitChip(address, &chip);
   }
-  Reading Ask(std::vector<std::uint8_t> answers, bool withOffset = true) {
-    chip.answers = std::move(answers);
-    Reading reading = {0, kUntouched, kUntouched, kUntouched};
-    reading.result = ZELK_IsSignalPresent(&reading.present, &reading.strength,
-                                          withOffset ? &reading.offset : nullptr);
-    return reading;
+  Reading Ask(const std::vector<std::uint8_t>& answers, bool withOffset = true) {
+    chip.Tell(answers);
+    return AskSignal(ZELK_IsSignalPresent, withOffset);
   }
 
   ToldChip chip;

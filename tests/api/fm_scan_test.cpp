@@ -1,0 +1,413 @@
+// The FM scan: each way of recognising a station on hand-written readings, the commands, and
+// everything that can interrupt it.
+#include <fstream>
+#include <functional>
+#include <sstream>
+
+#include "platform/host/control.h"
+#include "platform/win32.h"
+#include "tests/support/card_test.h"
+#include "tests/support/told_chip.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using virtual_cards::Saa713xOptions;
+using Strings = std::vector<std::string>;
+using Bytes = std::vector<std::uint8_t>;
+
+std::function<void(std::uint32_t, std::uint32_t)> atEvent;
+
+void ZELK_CALL ActOnEvent(uint32_t event, uint32_t value, uint32_t extra) {
+  RecordScanEvent(event, value, extra);
+  if (atEvent) atEvent(event, value);
+}
+
+class FmScan : public CardTest {
+ protected:
+  FmScan() { atEvent = nullptr; }
+  ~FmScan() override { atEvent = nullptr; }
+
+  void PlugFm(const Saa713xOptions& options, virtual_cards::Air air = {}) {
+    Plug(options, std::move(air));
+    ASSERT_EQ(Init(), S_OK);
+    ZELK_FMInit();
+    scanEvents.clear();
+  }
+
+  // Scans [low, high] upward and answers what was found: "98100 stereo".
+  static Strings Found(std::uint32_t low, std::uint32_t high) {
+    scanEvents.clear();
+    EXPECT_EQ(ZELK_FMAllFreqScan(RecordScanEvent, ZELK_SCAN_START, 0, 0, low, high), S_OK);
+    Strings found;
+    for (const std::string& event : scanEvents) {
+      if (event.starts_with("1003 ")) {
+        found.push_back(event.substr(5).find(' ') == std::string::npos
+                            ? event.substr(5) + " mono"
+                            : event.substr(5, event.rfind(' ') - 5) + " stereo");
+      }
+    }
+    return found;
+  }
+
+  ToldChip tuner;
+  ToldChip demodulator;
+};
+
+// AFC readings as the demodulator's status bytes carry them.
+Bytes Afc(const Bytes& readings) {
+  Bytes bytes;
+  for (const std::uint8_t reading : readings) {
+    bytes.push_back(static_cast<std::uint8_t>(reading << 1));
+  }
+  return bytes;
+}
+
+TEST_F(FmScan, ThreeReadings) {
+  struct Case {
+    const char* name;
+    Bytes readings;  // three for each probe from 98000 on, fewer where one is far off
+    Strings found;
+  };
+  const Case cases[] = {
+      // 8, then -5: the station is nearer to the later probe.
+      {"later side", {3, 3, 2, 13, 13, 14, 7}, {"98050 stereo"}},
+      // 3, then -9: nearer to the earlier one.
+      {"earlier side", {1, 1, 1, 12, 12, 12, 7}, {"98000 stereo"}},
+      // 9, 3, 0, -3: the last one not below zero is kept.
+      {"falling sum", {3, 3, 3, 1, 1, 1, 0, 15, 0, 14, 14, 14, 7}, {"98100 stereo"}},
+      // A sum that rises again starts over when it is small.
+      {"rising again", {1, 1, 1, 0, 0, 0, 1, 1, 0, 14, 14, 14, 7}, {}},
+      // A reading far from any carrier forgets the candidate at once.
+      {"far off", {3, 3, 3, 6, 14, 14, 14, 7}, {}},
+      {"never positive", {14, 14, 14, 13, 13, 13, 7}, {}},
+  };
+  for (const std::uint32_t type : {13u, 15u}) {
+    for (const Case& one : cases) {
+      PlugFm({.tunerType = type});
+      card->FitChip(0x86, &demodulator);
+      card->FitChip(0xC2, &tuner);
+      demodulator.Tell(Afc(one.readings));
+      tuner.Tell({0x04});
+      EXPECT_EQ(Found(98000, 98400), one.found) << one.name << " on tuner " << type;
+    }
+  }
+}
+
+TEST_F(FmScan, StereoTests) {
+  struct Case {
+    std::uint32_t type;
+    std::uint8_t status;
+    const char* found;
+  };
+  for (const Case& one : {
+           Case{15, 0xFC, "98050 stereo"},
+           {15, 0x05, "98050 mono"},
+           {15, 0x02, "98050 mono"},
+           {21, 0x02, "98050 stereo"},
+           {21, 0x07, "98050 stereo"},
+           {21, 0x04, "98050 mono"},
+       }) {
+    PlugFm({.tunerType = one.type});
+    card->FitChip(0x86, &demodulator);
+    card->FitChip(0xC2, &tuner);
+    demodulator.Tell(Afc({3, 3, 2, 13, 13, 14, 7}));
+    tuner.Tell({one.status});
+    EXPECT_THAT(Found(98000, 98200), ElementsAre(one.found)) << one.type << " " << +one.status;
+  }
+}
+
+TEST_F(FmScan, FourReadings) {
+  struct Case {
+    const char* name;
+    Bytes readings;  // four for each probe
+    Strings found;
+  };
+  const Case cases[] = {
+      // 8, then -4: the stored candidate counts, whichever side is nearer.
+      {"crossing", {13, 13, 13, 13, 1, 1, 1, 1, 0}, {"70000 stereo"}},
+      // 8, 0, -4.
+      {"through zero", {13, 13, 13, 13, 0, 0, 15, 15, 1, 1, 1, 1, 0}, {"70050 stereo"}},
+      // Below 6 nothing begins.
+      {"too small", {14, 14, 14, 13, 1, 1, 1, 1, 0}, {}},
+      // 8, 2, 4, -4: rising again forgets.
+      {"rising again", {13, 13, 13, 13, 14, 14, 15, 15, 14, 14, 14, 14, 1, 1, 1, 1, 0}, {}},
+  };
+  for (const Case& one : cases) {
+    PlugFm({.tunerType = 19});
+    card->FitChip(0x86, &demodulator);
+    card->FitChip(0xC2, &tuner);
+    demodulator.Tell(Afc(one.readings));
+    tuner.Tell({0x04});
+    EXPECT_EQ(Found(70000, 70400), one.found) << one.name;
+  }
+}
+
+// One status of the five-byte receiver: AFC around 53, stereo bit, level.
+ToldChip::Answer Receiver(int afc, bool stereo, std::uint8_t level) {
+  return {0x80, 0x12, static_cast<std::uint8_t>((53 + afc) | (stereo ? 0x80 : 0)),
+          static_cast<std::uint8_t>(level << 4), 0};
+}
+
+TEST_F(FmScan, ReceiverCrossing) {
+  struct Case {
+    const char* name;
+    std::deque<ToldChip::Answer> answers;
+    Strings found;
+  };
+  const ToldChip::Answer nothing = Receiver(-20, false, 0);
+  const Case cases[] = {
+      {"from well above", {Receiver(10, true, 9), Receiver(-5, false, 9), nothing}, {"98050 mono"}},
+      {"from near the middle",
+       {Receiver(10, true, 9), Receiver(5, true, 9), Receiver(-5, false, 9), nothing},
+       {"98050 stereo"}},
+      {"near the middle without a start",
+       {Receiver(5, true, 9), Receiver(-5, true, 9), nothing},
+       {}},
+      {"weak", {Receiver(10, true, 6), Receiver(-5, true, 9), nothing}, {}},
+      {"rising again",
+       {Receiver(10, true, 9), Receiver(2, true, 9), Receiver(4, true, 9), Receiver(-5, true, 9),
+        nothing},
+       {}},
+  };
+  for (const Case& one : cases) {
+    PlugFm({.boardConfig = 0xE3});
+    card->FitChip(0xC0, &tuner);
+    tuner.answers = one.answers;
+    const auto before = host::SleptMilliseconds();
+    EXPECT_EQ(Found(98000, 98300), one.found) << one.name;
+    EXPECT_EQ((host::SleptMilliseconds() - before) % 80, 0u);
+    EXPECT_GE(host::SleptMilliseconds() - before, 5u * 80);
+  }
+}
+
+TEST_F(FmScan, SiliconLock) {
+  struct Case {
+    std::deque<std::uint32_t> steps;  // from 98200 on
+    Strings found;
+  };
+  const Case cases[] = {
+      // The lock appears at 98350: one step back is a multiple of 100.
+      {{2, 2, 0, 1, 2}, {"98300 mono"}},
+      // It appears at 98400: one step back, and another half to the multiple of 100.
+      {{2, 2, 2, 0, 1, 2}, {"98300 mono"}},
+      {{2, 1, 1, 2}, {}},
+      {{0xFFFFFFFF, 0, 2, 1, 2}, {}},
+  };
+  for (const Case& one : cases) {
+    PlugTuner(41);
+    auto told = ComPtr<ToldFilter>::Adopt(new ToldFilter(card->CaptureFilter().Get(), 0x6E));
+    ASSERT_EQ(ZELK_HWInit(told.Get(), card->FriendlyName().c_str(), card->TunerFilter().Get(), 0),
+              S_OK);
+    ZELK_FMInit();
+    told->answers = one.steps;
+    EXPECT_EQ(Found(98200, 98600), one.found);
+    told.Reset();
+  }
+  EXPECT_THAT(TakeLog("TDA8275.log"), Contains("nFreq =  98350 "));
+}
+
+TEST_F(FmScan, LockStatusTakesASecondLook) {
+  struct Case {
+    const char* name;
+    Bytes statuses;
+    Strings found;
+  };
+  const Case cases[] = {
+      {"second look confirms", {4, 0x13, 1, 3, 4}, {"98050 stereo"}},
+      {"mono", {4, 0x03, 0, 4, 4}, {"98050 mono"}},
+      {"second look denies", {4, 0x13, 1, 2, 4}, {}},
+      {"last of several", {0x13, 0x12, 0x02, 0, 7, 4}, {"98100 mono"}},
+      {"jump over the middle", {3, 4, 1, 4}, {}},
+      {"never inside", {1, 0, 4, 0, 4}, {}},
+  };
+  for (const Case& one : cases) {
+    PlugFm({.tunerType = 1});
+    card->FitChip(0xC2, &tuner);
+    tuner.Tell(one.statuses);
+    EXPECT_EQ(Found(98000, 98400), one.found) << one.name;
+  }
+  // The second look tunes the candidate with the other control word.
+  PlugFm({.tunerType = 1});
+  card->FitChip(0xC2, &tuner);
+  tuner.Tell({0x13, 1, 4, 4});
+  TakeTrace();
+  Found(98000, 98100);
+  EXPECT_THAT(TakeWrites("C2"), ElementsAre("07 DE 88 A5", "08 7E 88 A5", "08 7F 88 A5",
+                                            "08 7E 88 A4", "08 7E 88 A5"));
+}
+
+TEST_F(FmScan, DiagnosticLines) {
+  PlugFm({.tunerType = 15});
+  card->FitChip(0x86, &demodulator);
+  card->FitChip(0xC2, &tuner);
+  demodulator.Tell(Afc({3, 3, 2, 13, 13, 14, 7}));
+  tuner.Tell({0x14});
+  std::ofstream("FMAutoScan.log") << "an earlier scan";
+  Found(98000, 98200);
+  EXPECT_THAT(TakeLog("FMAutoScan.log"),
+              ElementsAre("Freq=98000    AFC= 3 3 2   Value= 8   StatusPL=14",
+                          "Freq=98050    AFC= D D E   Value=-5   StatusPL=14   Lock=98050   "
+                          "AudioMode=Stereo",
+                          "Freq=98150    AFC= 7"));
+  PlugFm({.tunerType = 1});
+  card->FitChip(0xC2, &tuner);
+  tuner.Tell({4, 0x03, 0, 4, 4});
+  Found(98000, 98150);
+  EXPECT_THAT(TakeLog("FMAutoScan.log"),
+              ElementsAre("Freq=98000    AFC= 4", "Freq=98050    AFC= 3",
+                          "Freq=98100    AFC= 0   Lock=98050   AudioMode=Mono"));
+  PlugFm({.boardConfig = 0xE3});
+  card->FitChip(0xC0, &tuner);
+  tuner.answers = {Receiver(10, true, 9), Receiver(-5, false, 12)};
+  Found(98000, 98100);
+  EXPECT_THAT(TakeLog("FMAutoScan.log"),
+              ElementsAre("Freq= 98000  PLL=0x12  AFC= 10  Level= 9  ST=1",
+                          "Freq= 98050  PLL=0x12  AFC= -5  Level=12  ST=0   Lock=98050   "
+                          "AudioMode=Mono"));
+  PlugFm({.tunerType = 40});
+  Found(98000, 98050);
+  EXPECT_THAT(TakeLog("FMAutoScan.log"), ElementsAre("nStatusPLL: 2 \n"));
+  EXPECT_THAT(TakeLog("TDA8275.log"), ElementsAre("nFreq =  98000 ", "nStatusPLL: 2 \n"));
+}
+
+TEST_F(FmScan, SeekUpEndsWithTheFirstStation) {
+  PlugFm({.tunerType = 15});
+  card->FitChip(0x86, &demodulator);
+  card->FitChip(0xC2, &tuner);
+  demodulator.Tell(Afc({7, 3, 3, 2, 13, 13, 14, 7}));
+  tuner.Tell({0x04});
+  EXPECT_EQ(ZELK_FMAllFreqScan(RecordScanEvent, ZELK_SCAN_START, 1, 98000, 0, 0), S_OK);
+  EXPECT_THAT(scanEvents,
+              ElementsAre("1001 0", "1004 98150", "1004 98200", "1003 98200 1", "1005 0"));
+  // The station's own line is not written.
+  EXPECT_EQ(TakeLog("FMAutoScan.log").size(), 2u);
+}
+
+TEST_F(FmScan, SeekDownThatFindsNothingWrapsBelowZero) {
+  PlugFm({.tunerType = 1});
+  EXPECT_EQ(ZELK_FMAllFreqScan(RecordScanEvent, ZELK_SCAN_START, 2, 88000, 0, 0), S_OK);
+  EXPECT_EQ(scanEvents[1], "1004 87850");
+  // The wrapped frequency lies above the band and ends the seek.
+  EXPECT_EQ(scanEvents[scanEvents.size() - 2], "1004 4294967246");
+  EXPECT_EQ(scanEvents.back(), "1005 0");
+  EXPECT_THAT(scanEvents, ::testing::Not(Contains(::testing::StartsWith("1002"))));
+}
+
+TEST_F(FmScan, BandAndProgress) {
+  PlugFm({.tunerType = 1});
+  Found(0, 12345);
+  // The card's own band, 87500 to 108000: (87550 - 87500) * 100 / 20500 = 0.2.
+  EXPECT_EQ(Strings(scanEvents.begin(), scanEvents.begin() + 3),
+            (Strings{"1001 0", "1002 0", "1004 87550"}));
+  EXPECT_EQ(Strings(scanEvents.end() - 3, scanEvents.end()),
+            (Strings{"1002 100", "1004 108000", "1005 0"}));
+  EXPECT_EQ(scanEvents.size(), 2u + 2 * 410);
+}
+
+TEST_F(FmScan, StopsAfter99Stations) {
+  PlugFm({.tunerType = 1});
+  card->FitChip(0xC2, &tuner);
+  for (int i = 0; i < 120; ++i) {
+    for (const std::uint8_t status : {3, 1, 4}) tuner.answers.push_back({status});
+  }
+  EXPECT_EQ(Found(87500, 108000).size(), 99u);
+}
+
+TEST_F(FmScan, AudioModeIsStereoMeanwhile) {
+  PlugFm({.tunerType = 1});
+  ZELK_FMSetFreq(98000, nullptr);
+  ZELK_FMSetAudioMode(0);
+  TakeTrace();
+  Found(98000, 98050);
+  EXPECT_THAT(TakeWrites("C2"), ElementsAre("08 7E 88 A5", "08 7E 88 A5", "08 7E 88 A7"));
+}
+
+TEST_F(FmScan, CommandsAndRefusals) {
+  PlugFm({.tunerType = 1});
+  EXPECT_EQ(ZELK_FMAllFreqScan(RecordScanEvent, ZELK_SCAN_STOP, 0, 0, 0, 0), S_OK);
+  EXPECT_EQ(ZELK_FMAllFreqScan(RecordScanEvent, 7, 0, 0, 0, 0), S_OK);
+  EXPECT_THAT(scanEvents, ElementsAre("1005 0", "1005 0"));
+  scanEvents.clear();
+  // While one runs: a start is refused without a word, the TV scan's with E_FAIL, and either stop
+  // stops both.
+  int positions = 0;
+  atEvent = [&](std::uint32_t event, std::uint32_t) {
+    if (event != ZELK_EVENT_POSITION) return;
+    const auto before = scanEvents.size();
+    EXPECT_EQ(ZELK_FMAllFreqScan(ActOnEvent, ZELK_SCAN_START, 0, 0, 0, 0), S_OK);
+    EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), E_FAIL);
+    EXPECT_EQ(scanEvents.size(), before);
+    if (++positions == 2) {
+      EXPECT_EQ(ZELK_AllFreqScan(nullptr, ZELK_SCAN_STOP), S_OK);
+    }
+  };
+  EXPECT_EQ(ZELK_FMAllFreqScan(ActOnEvent, ZELK_SCAN_START, 0, 0, 88000, 89000), S_OK);
+  // Stopped at the end of the second probe.
+  EXPECT_THAT(scanEvents,
+              ElementsAre("1001 0", "1002 5", "1004 88050", "1002 10", "1004 88100", "1005 0"));
+  EXPECT_EQ(ZELK_FMAllFreqScan(nullptr, ZELK_SCAN_START, 0, 0, 88000, 88100), S_OK);
+}
+
+TEST_F(FmScan, NestedScanTakesTheCallbackOver) {
+  PlugFm({.tunerType = 1});
+  static Strings nestedEvents;
+  nestedEvents.clear();
+  bool nested = false;
+  atEvent = [&](std::uint32_t event, std::uint32_t) {
+    if (event != ZELK_EVENT_STARTED || nested) return;
+    nested = true;
+    const auto recordNested = [](uint32_t code, uint32_t, uint32_t) {
+      nestedEvents.push_back(std::to_string(code));
+    };
+    EXPECT_EQ(ZELK_FMAllFreqScan(recordNested, 7, 0, 0, 107900, 108000), S_OK);
+  };
+  EXPECT_EQ(ZELK_FMAllFreqScan(ActOnEvent, ZELK_SCAN_START, 0, 0, 88000, 89000), S_OK);
+  EXPECT_THAT(scanEvents, ElementsAre("1001 0"));
+  EXPECT_EQ(nestedEvents.front(), "1001");
+  EXPECT_EQ(nestedEvents.back(), "1005");
+}
+
+TEST_F(FmScan, CardFreedByACallbackSilencesTheScan) {
+  for (const std::uint32_t at : {ZELK_EVENT_STARTED, ZELK_EVENT_FOUND, ZELK_EVENT_POSITION}) {
+    for (const bool exchange : {false, true}) {
+      PlugFm({.tunerType = 1});
+      card->FitChip(0xC2, &tuner);
+      tuner.Tell({3, 1, 4, 4});
+      atEvent = [&](std::uint32_t event, std::uint32_t) {
+        if (event != at) return;
+        exchange ? static_cast<void>(Init()) : ZELK_Free();
+        atEvent = [](std::uint32_t, std::uint32_t) { ADD_FAILURE() << "an event after the end"; };
+      };
+      EXPECT_EQ(ZELK_FMAllFreqScan(ActOnEvent, ZELK_SCAN_START, 0, 0, 98000, 99000), S_OK);
+    }
+  }
+}
+
+TEST_F(FmScan, UnwritableFolderChangesNothing) {
+  const auto scan = [&](std::uint32_t type) {
+    PlugFm({.tunerType = type});
+    card->FitChip(0x86, &demodulator);
+    card->FitChip(0xC2, &tuner);
+    demodulator.Tell(Afc({3, 3, 2, 13, 13, 14, 7}));
+    tuner.Tell({0x04});
+    Found(98000, 98400);
+    return scanEvents;
+  };
+  for (const std::uint32_t type : {15u, 1u, 40u}) {
+    const Strings written = scan(type);
+    std::filesystem::remove("FMAutoScan.log");
+    std::filesystem::remove("TDA8275.log");
+    std::filesystem::create_directory("FMAutoScan.log");
+    std::filesystem::create_directory("TDA8275.log");
+    EXPECT_EQ(scan(type), written);
+    std::filesystem::remove("FMAutoScan.log");
+    std::filesystem::remove("TDA8275.log");
+  }
+}
+
+}  // namespace
+}  // namespace zelk::test

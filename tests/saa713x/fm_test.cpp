@@ -1,0 +1,372 @@
+// FM radio: the bytes for each kind of tuner, and what its readings mean.
+#include <array>
+
+#include "tests/support/card_test.h"
+#include "tests/support/reading.h"
+#include "tests/support/told_chip.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using virtual_cards::Saa713xOptions;
+using Lines = std::vector<std::string>;
+
+constexpr HRESULT kOtherFailure = static_cast<HRESULT>(0x8007001F);
+
+class Fm : public CardTest {
+ protected:
+  Lines OnlyTransfers() {
+    Lines transfers;
+    for (const std::string& line : TakeTrace()) {
+      if (!line.starts_with("i2c select")) transfers.push_back(line);
+    }
+    return transfers;
+  }
+  void PlugFm(const Saa713xOptions& options) {
+    Plug(options);
+    ASSERT_EQ(Init(), S_OK);
+    ZELK_FMInit();
+    TakeTrace();
+  }
+  void PlugFmTuner(std::uint32_t type) { PlugFm({.tunerType = type}); }
+};
+
+const Lines kFmModeSwitch = {"capture set ZELK_SAA.65 00000000", "tuner query IAMTVTuner",
+                             "tuner mode 2", "capture set ZELK_SAA.65 00000001"};
+
+TEST_F(Fm, SwitchingToFm) {
+  const Lines classic = {"i2c write C2: 08 5E 8E A0"};
+  const std::pair<std::uint32_t, Lines> cases[] = {
+      {1, classic},
+      {11, classic},
+      {28, classic},
+      {34, classic},
+      {13, {"i2c write C2: 0C 3C 86 41 A0 00 00", "i2c write 86: 00 4E 90 74"}},
+      {15, {"i2c write C2: 0B CE 86 21 A0", "i2c write 86: 00 4E D0 77"}},
+      {19, {"i2c write 86: 00 4E DF 5C"}},
+      {21, {"i2c write C2: 0B CE CE 01", "i2c write 86: 00 5A 90 20"}},
+      {17, {}},
+      {44, {}},
+      {40, kFmModeSwitch},
+      {41, kFmModeSwitch},
+  };
+  for (const auto& [type, expected] : cases) {
+    PlugTuner(type);
+    ASSERT_EQ(Init(), S_OK);
+    TakeTrace();
+    EXPECT_EQ(ZELK_FMInit(), S_OK) << type;
+    EXPECT_EQ(OnlyTransfers(), expected) << type;
+    // In FM mode now.
+    EXPECT_EQ(ZELK_SetFreq(175250, nullptr), VFW_E_WRONG_STATE) << type;
+    EXPECT_NE(ZELK_FMSetFreq(89000, nullptr), VFW_E_WRONG_STATE) << type;
+  }
+}
+
+TEST_F(Fm, SwitchingAlpsBoardsToFm) {
+  // An ordinary board has no receiver: nothing happens and the mode stays.
+  PlugTv(46);
+  TakeTrace();
+  EXPECT_EQ(ZELK_FMInit(), S_OK);
+  EXPECT_THAT(TakeTrace(), IsEmpty());
+  EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr), VFW_E_WRONG_STATE);
+
+  const std::pair<std::uint32_t, const char*> boards[] = {{0xE1, "i2c write C0: 17 AE 01 26 00"},
+                                                          {0xE3, "i2c write C0: 17 AE 01 06 00"},
+                                                          {0xE9, "i2c write C0: 17 AE 01 06 00"}};
+  for (const auto& [board, word] : boards) {
+    Plug({.boardConfig = board});
+    ASSERT_EQ(Init(), S_OK);
+    TakeTrace();
+    EXPECT_EQ(ZELK_FMInit(), S_OK);
+    Lines expected = kFmModeSwitch;
+    expected.insert(expected.end(), {"gpio 27 := 0", word});
+    EXPECT_EQ(OnlyTransfers(), expected);
+    EXPECT_FALSE(card->GpioOutput(27));
+  }
+  // A refused mode is logged; the rest follows and the write's result counts.
+  card->Refuse("tuner mode", kOtherFailure);
+  TakeLog();
+  EXPECT_EQ(ZELK_FMInit(), S_OK);
+  EXPECT_THAT(TakeLog(), ElementsAre("SAA713x pTVTuner->put_Mode fail"));
+  EXPECT_EQ(OnlyTransfers().back(), "i2c write C0: 17 AE 01 06 00");
+}
+
+TEST_F(Fm, RefusedModeSwitchOfSiliconTuners) {
+  PlugTuner(40);
+  ASSERT_EQ(Init(), S_OK);
+  card->Refuse("tuner query IAMTVTuner", E_NOINTERFACE);
+  EXPECT_EQ(ZELK_FMInit(), E_NOINTERFACE);
+  EXPECT_EQ(card->DriverProperty(0x65), 1u);
+  EXPECT_THAT(TakeLog(), IsEmpty());
+  EXPECT_NE(ZELK_FMSetFreq(98000, nullptr), VFW_E_WRONG_STATE);
+  card->ClearRefusals();
+  card->Refuse("tuner mode", kOtherFailure);
+  EXPECT_EQ(ZELK_FMInit(), kOtherFailure);
+  EXPECT_THAT(TakeLog(), ElementsAre("SAA713x pTVTuner->put_Mode fail"));
+  Plug({.tunerType = 41, .tunerFilter = false});
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_EQ(ZELK_FMInit(), E_FAIL);
+}
+
+TEST_F(Fm, TuningWords) {
+  const std::pair<std::uint32_t, const char*> cases[] = {
+      // (196000 + 21400) / 100 = 2174
+      {1, "08 7E 88 A5"},
+      {17, "08 7E 88 A5"},
+      {13, "08 7E 80 19 A0"},
+      {15, "08 7E 80 19 A0"},
+      {21, "08 7E 88 09"},
+      // (196000 + 66600) / 100 = 2626
+      {19, "0A 42 80 19 B0"},
+      // (98000 + 41250) / 50 = 2785
+      {30, "0A E1 88 A5"},
+      {44, "08 7E C8 91"},
+  };
+  for (const auto& [type, word] : cases) {
+    PlugFmTuner(type);
+    EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr), S_OK);
+    EXPECT_THAT(TakeWrites("C2"), ElementsAre(word)) << type;
+  }
+  // The receiver chip: (98000 * 4000 - 900000) / 50000 = 7822.
+  PlugFm({.boardConfig = 0xE3});
+  EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr), S_OK);
+  EXPECT_THAT(OnlyTransfers(), ElementsAre("gpio 27 := 0", "i2c write C0: 1E 8E A0 06 00"));
+}
+
+TEST_F(Fm, AudioModeAndTuneFlagChooseTheControlWord) {
+  struct Case {
+    std::uint32_t mode, flag;
+    const char* classic;
+    const char* tnf;
+  };
+  for (const Case& one : {
+           Case{1, 1, "08 7E 88 A5", "08 7E C8 91"},
+           {1, 0, "08 7E 88 A4", "08 7E C8 11"},
+           {0, 1, "08 7E 88 A7", "08 7E C8 31"},
+           {0, 0, "08 7E 88 A6", nullptr},
+           {2, 1, "08 7E 88 A6", nullptr},
+       }) {
+    for (const std::uint32_t type : {1u, 44u}) {
+      PlugTuner(type);
+      Saa713xDevice device;
+      const auto capture = card->CaptureFilter();
+      ASSERT_EQ(device.HWInit(capture.Get(), card->FriendlyName().c_str(), nullptr, 0), S_OK);
+      ASSERT_EQ(device.InitialFM(one.mode), S_OK);
+      device.SetFMTuneFlag(one.flag);
+      TakeTrace();
+      const HRESULT result = device.SetFMFreq(98000);
+      const char* const word = type == 1 ? one.classic : one.tnf;
+      // Without a word nothing is written and the frequency is the result.
+      EXPECT_EQ(result, word ? S_OK : 98000);
+      EXPECT_EQ(TakeWrites("C2"), word ? Lines{word} : Lines()) << type << " " << one.mode;
+    }
+  }
+}
+
+TEST_F(Fm, AudioMode) {
+  struct Case {
+    std::uint32_t tunerType;
+    std::optional<std::uint32_t> boardConfig;
+    Lines stereo, mono;
+  };
+  const Case cases[] = {
+      {0, {}, {"i2c write 86: 00 4E 90 4B"}, {"i2c write 86: 00 4E 30 4B"}},
+      {8, {}, {"i2c write 86: 00 4F 94 7D"}, {"i2c write 86: 00 4F 34 7D"}},
+      {28, {}, {"tv-audio mode 2"}, {"tv-audio mode 1"}},
+      // Others are tuned again: 90 MHz, as long as nothing else was tuned.
+      {1, {}, {"i2c write C2: 07 DE 88 A5"}, {"i2c write C2: 07 DE 88 A7"}},
+      {46,
+       0xE3,
+       {"gpio 27 := 0", "i2c write C0: 1C 0E A0 06 00"},
+       {"gpio 27 := 0", "i2c write C0: 1C 0E A8 06 00"}},
+  };
+  for (const Case& one : cases) {
+    PlugFm({.tunerType = one.tunerType, .boardConfig = one.boardConfig});
+    EXPECT_EQ(ZELK_FMSetAudioMode(1), S_OK);
+    EXPECT_EQ(OnlyTransfers(), one.stereo) << one.tunerType;
+    EXPECT_EQ(ZELK_FMSetAudioMode(0), S_OK);
+    EXPECT_EQ(OnlyTransfers(), one.mono) << one.tunerType;
+  }
+  card->Refuse("i2c write C0", kOtherFailure);
+  TakeLog();
+  EXPECT_EQ(ZELK_FMSetAudioMode(1), kOtherFailure);
+  EXPECT_THAT(TakeLog(), Contains("SAA713x I2CWriteDWord() fail"));
+}
+
+TEST_F(Fm, SiliconTuners) {
+  PlugFmTuner(41);
+  EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr), 1);
+  // Oscillator 98 - 3.9 + 5.5 = 99.6 MHz, times 8 in 250 kHz steps: 3187, times 4: 0x31CC.
+  EXPECT_THAT(OnlyTransfers(),
+              ElementsAre("i2c write 96: 21 C0", "i2c write C2: 07 26",
+                          "i2c write C2: 00 31 CC 00 10 79 9B 38 0A 28 FF 40 00 39",
+                          "i2c write C2: 80 28", "i2c write C2: 30 14", "i2c write C2: 30 10",
+                          "i2c write C2: 80 28", "i2c write 96: 21 80"));
+  EXPECT_NEAR(card->TunedKHz(), 98000, 31.25);
+
+  PlugFmTuner(40);
+  EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr), 1);
+  const Lines lines = OnlyTransfers();
+  ASSERT_GT(lines.size(), 10u);
+  EXPECT_TRUE(lines[0].starts_with("i2c read 96[01]")) << lines[0];
+  // The mode register, 0 on this chip, with bit 7.
+  EXPECT_EQ(Lines(lines.begin() + 1, lines.begin() + 6),
+            (Lines{"i2c write 96: 01 80", "i2c write 96: 0F 88", "i2c write 96: 28 14",
+                   "i2c write 96: 05 04", "i2c write 96: 0D 47"}));
+  EXPECT_THAT(lines, Contains("i2c write C2: 00 31 CC 40 52 D9 9F BF"));
+  EXPECT_EQ(lines.back(), "i2c write 96: 0F 81");
+}
+
+TEST_F(Fm, BandAndModeAreChecked) {
+  PlugFmTuner(1);
+  EXPECT_EQ(ZELK_FMSetFreq(87500, nullptr), S_OK);
+  EXPECT_EQ(ZELK_FMSetFreq(108000, nullptr), S_OK);
+  EXPECT_EQ(ZELK_FMSetFreq(87499, nullptr), E_FAIL);
+  EXPECT_EQ(ZELK_FMSetFreq(108001, nullptr), E_FAIL);
+  const char* const refusal = "SAA713x SetFMFreq(): Hardware not initial or frequency not correct";
+  EXPECT_THAT(TakeLog(), ElementsAre(refusal, refusal));
+  ZELK_TVInit();
+  std::uint32_t value = 77;
+  EXPECT_EQ(ZELK_FMSetFreq(98000, &value), VFW_E_WRONG_STATE);
+  EXPECT_EQ(ZELK_FMSetAudioMode(1), VFW_E_WRONG_STATE);
+  EXPECT_EQ(ZELK_FMIsSignalPresent(&value, nullptr, nullptr), VFW_E_WRONG_STATE);
+  EXPECT_EQ(value, 77u);
+  EXPECT_THAT(TakeLog(), ElementsAre("SAA713x SetFMFreq(): Current mode not FM",
+                                     "SAA713x SetFMAudioMode(): Current mode not FM",
+                                     "SAA713x IsFMSignalPresent(): Current mode not FM"));
+  Saa713xDevice device;
+  std::uint8_t status = 7;
+  EXPECT_EQ(device.InitialFM(1), E_FAIL);
+  EXPECT_EQ(device.GetFMAudioMode(&value), E_FAIL);
+  EXPECT_EQ(device.GetFMStatusByte(&status, &status), E_FAIL);
+  EXPECT_THAT(TakeLog(), ElementsAre("SAA713x InitialFM(): Hardware not initial",
+                                     "SAA713x GetFMAudioMode(): Hardware not initial",
+                                     "SAA713x GetFMStatusByte(): Hardware not initial"));
+  EXPECT_EQ(status, 7);
+}
+
+Reading AskFm(bool withOffset = true) { return AskSignal(ZELK_FMIsSignalPresent, withOffset); }
+
+TEST_F(Fm, PresenceByDemodulator) {
+  ToldChip chip;
+  const std::uint32_t level[] = {0, 0, 1, 2, 3, 4, 4, 5, 5, 4, 4, 3, 2, 1, 0, 0};
+  for (const std::uint32_t type : {13u, 21u}) {
+    PlugFmTuner(type);
+    card->FitChip(0x86, &chip);
+    for (std::uint8_t code = 0; code < 16; ++code) {
+      chip.Tell({static_cast<std::uint8_t>(0xE1 | code << 1)});
+      const std::uint32_t present = code == 0 || code == 14;
+      EXPECT_EQ(AskFm(), (Reading{S_OK, present, level[code], -187.5 + 25.0 * code}));
+      // Strength comes with the offset alone.
+      EXPECT_EQ(AskFm(false), (Reading{S_OK, present, kUntouched, kUntouched}));
+    }
+  }
+}
+
+TEST_F(Fm, PresenceByTunerStatus) {
+  ToldChip chip;
+  PlugFmTuner(1);
+  card->FitChip(0xC2, &chip);
+  chip.Tell({0x52});
+  EXPECT_EQ(AskFm(), (Reading{S_OK, 1, 5, 0.0}));
+  chip.Tell({0xFA});  // bits 7, 5 and 3 do not matter
+  EXPECT_EQ(AskFm(), (Reading{S_OK, 1, 5, 0.0}));
+  chip.Tell({0x42});
+  EXPECT_EQ(AskFm(), (Reading{S_OK, 0, 5, 0.0}));
+  chip.Tell({0x54});
+  EXPECT_EQ(AskFm(), (Reading{S_OK, 0, 0, 125.0}));
+  EXPECT_EQ(AskFm(false), (Reading{S_OK, 0, 4, kUntouched}));
+  card->Refuse("i2c read C2", kOtherFailure);
+  EXPECT_EQ(AskFm(), (Reading{E_FAIL, kUntouched, kUntouched, kUntouched}));
+}
+
+TEST_F(Fm, PresenceByReceiver) {
+  ToldChip chip;
+  PlugFm({.boardConfig = 0xE3});
+  card->FitChip(0xC0, &chip);
+  struct Case {
+    std::uint8_t level;
+    std::uint32_t present, strength;
+  };
+  for (const Case& one :
+       {Case{0xF0, 1, 5}, {0x5F, 1, 0}, {0x4F, 0, 0}, {0x3F, 0, 1}, {0x00, 0, 0}}) {
+    chip.answers = {{0, 0, 0, one.level, 0}};
+    EXPECT_EQ(AskFm(), (Reading{S_OK, one.present, one.strength, 0.0})) << +one.level;
+  }
+}
+
+TEST_F(Fm, PresenceByDriver) {
+  struct Case {
+    std::uint32_t level;
+    std::int32_t step;
+    Reading expected;
+  };
+  for (const std::uint32_t property : {0x6Du, 0x6Eu}) {
+    PlugTuner(40);
+    auto told = ComPtr<ToldFilter>::Adopt(new ToldFilter(card->CaptureFilter().Get(), property));
+    ASSERT_EQ(ZELK_HWInit(told.Get(), card->FriendlyName().c_str(), card->TunerFilter().Get(), 0),
+              S_OK);
+    ZELK_FMInit();
+    if (property == 0x6D) {
+      const std::pair<std::uint32_t, std::uint32_t> levels[] = {
+          {0, 100},     {299999, 100}, {300000, 95},  {699999, 80},  {700000, 75},  {800000, 75},
+          {899999, 75}, {900000, 70},  {1199999, 60}, {1200000, 55}, {1599999, 40}, {1600000, 0}};
+      for (const auto& [figure, level] : levels) {
+        told->answers = {figure};
+        const Reading reading = AskFm(false);
+        EXPECT_EQ(reading.result, static_cast<HRESULT>(figure));
+        EXPECT_EQ(reading.strength, level) << figure;
+      }
+    } else {
+      const std::pair<std::int32_t, double> steps[] = {{2, -100.0}, {1, 0.0},    {0, 0.0},
+                                                       {-1, 50.0},  {-2, 100.0}, {3, 0.0}};
+      for (const auto& [step, offset] : steps) {
+        told->answers = {static_cast<std::uint32_t>(step)};
+        EXPECT_EQ(AskFm().offset, offset) << step;
+      }
+    }
+    told.Reset();
+  }
+}
+
+TEST_F(Fm, StatusBytes) {
+  ToldChip tuner;
+  ToldChip demodulator;
+  tuner.Tell({0x54});
+  demodulator.Tell({0x1E});
+  struct Case {
+    std::uint32_t type;
+    bool askTuner, askDemodulator;
+    HRESULT result;
+    std::uint8_t tuner, demodulator;
+  };
+  for (const Case& one : {
+           Case{15, true, true, S_OK, 0x54, 0x1E},
+           {15, true, false, S_OK, 0x54, 0xAA},
+           {15, false, true, S_OK, 0xAA, 0x1E},
+           {15, false, false, E_FAIL, 0xAA, 0xAA},
+           {1, true, true, S_OK, 0x54, 0x00},
+           {1, false, true, E_FAIL, 0xAA, 0x00},
+       }) {
+    PlugTuner(one.type);
+    card->FitChip(0xC2, &tuner);
+    card->FitChip(0x86, &demodulator);
+    Saa713xDevice device;
+    const auto capture = card->CaptureFilter();
+    ASSERT_EQ(device.HWInit(capture.Get(), card->FriendlyName().c_str(), nullptr, 0), S_OK);
+    device.InitialFM(1);
+    std::uint8_t a = 0xAA;
+    std::uint8_t b = 0xAA;
+    EXPECT_EQ(
+        device.GetFMStatusByte(one.askTuner ? &a : nullptr, one.askDemodulator ? &b : nullptr),
+        one.result);
+    EXPECT_EQ(a, one.tuner);
+    EXPECT_EQ(b, one.demodulator);
+  }
+}
+
+}  // namespace
+}  // namespace zelk::test
