@@ -5,7 +5,7 @@
 
 namespace zelk {
 
-Library library = {};
+constinit Library library = {};
 
 namespace {
 

@@ -33,7 +33,7 @@ struct Library {
   std::uint32_t freeCount;
 };
 
-extern Library library;
+extern constinit Library library;
 
 template <class Backend>
 Backend*& Slot() {

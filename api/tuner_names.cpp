@@ -72,6 +72,6 @@ HRESULT ZELK_CALL ZELK_GetTunerName(char* buffer, uint32_t size) {
   if (const HRESULT result = ZELK_GetTunerType(&type); result != ZELK_S_OK) return result;
   const char* name = type < std::size(kTunerNames) ? kTunerNames[type] : "Unknow!";
   // Not limited by `size`: applications pass any size and rely on the whole name.
-  std::strcpy(buffer, name);
+  std::memcpy(buffer, name, std::strlen(name) + 1);
   return ZELK_S_OK;
 }
