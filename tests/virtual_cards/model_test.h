@@ -25,6 +25,12 @@ inline Air AirWith(double pictureKHz, std::uint32_t standard = AnalogVideo_PAL_B
   return air;
 }
 
+inline Air FmAirWith(double carrierKHz, bool stereo = true, double levelDbuV = 70) {
+  Air air;
+  air.fm = {{.station = "", .carrierKHz = carrierKHz, .levelDbuV = levelDbuV, .stereo = stereo}};
+  return air;
+}
+
 class ModelTest : public testing::Test {
  protected:
   ModelTest() { host::UseVirtualClock(); }

@@ -163,9 +163,15 @@ TEST_F(Saa713xCardTest, Gpio27SwitchesBetweenTvAndFm) {
   on.gpio->SetLine(27, 0);
   EXPECT_FALSE(card_->GpioOutput(27));
   EXPECT_FALSE(on.Locked());
-  EXPECT_EQ(on.Read(0xC1), -1);
+  EXPECT_EQ(on.Read(0xC1), 0) << "the receiver, never written to";
+  on.Write(0xC0, {0x1E, 0x8E, 0xA0, 0x06, 0x00});
+  Sleep(60);
+  EXPECT_EQ(on.Read(0xC1), 0x9E);
+  EXPECT_EQ(card_->TunedKHz(), 98000);
   on.gpio->SetLine(27, 1);
   EXPECT_TRUE(on.Locked());
+  EXPECT_EQ(on.Read(0xC1) & 7, 2) << "the TV tuner again";
+  EXPECT_EQ(on.Write(0xC0, {0x1E, 0x8E, 0xA0, 0x06, 0x00}), E_FAIL);
 
   // The same module on an ordinary board does not care.
   Plug({.tunerType = 46});

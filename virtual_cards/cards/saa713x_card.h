@@ -45,7 +45,8 @@ class Saa713xCard : public VirtualCard {
 
   // --- What can be measured on the card ---
   virtual bool GpioOutput(unsigned line) const = 0;
-  // The RF frequency that the tuner module is tuned to in kHz, 0 while nothing valid was written.
+  // The RF frequency in kHz that the card is tuned to: the picture carrier, or the FM station while
+  // the FM section or receiver is selected. 0 while nothing valid was written.
   virtual double TunedKHz() const = 0;
   virtual bool HorizontalLocked() const = 0;
   // The last value written to a 4-byte property of the driver's own set, 0 before the first.

@@ -9,11 +9,11 @@
 
 namespace zelk::virtual_cards {
 
-class IfDemodulator final : public I2cDevice, public PictureDetector {
+class IfDemodulator final : public I2cDevice, public PictureDetector, public FmDetector {
  public:
   static constexpr std::uint8_t kAddress = 0x86;
 
-  enum class Mode { kPositiveTv, kFmRadio, kNegativeTv, kReserved };
+  enum class Mode { kPositiveTv, kFmRadio, kNegativeTv };
 
   // The tuner must outlive the chip.
   explicit IfDemodulator(const PllTuner& tuner) : tuner_(tuner) {}
@@ -28,14 +28,19 @@ class IfDemodulator final : public I2cDevice, public PictureDetector {
   // Picture IF in kHz, 0 for a code without a meaning.
   double PictureIfKHz() const;
   double SoundOffsetKHz() const;
+  // IF in kHz that is demodulated in FM-radio mode.
+  double RadioIfKHz() const;
 
   Reception Detect() const override;
+  FmReception DetectFm() const override;
   bool Settled(std::uint32_t milliseconds) const { return settle_.Passed(milliseconds); }
 
  private:
   static constexpr std::uint8_t kAllRegisters = 7;
 
   std::uint8_t Status() const;
+  std::uint8_t TvStatus() const;
+  std::uint8_t FmStatus() const;
 
   const PllTuner& tuner_;
   SettleTimer settle_;

@@ -11,7 +11,8 @@ namespace {
 constexpr std::uint8_t kControlMark = 0x80;
 constexpr std::uint8_t kTuningVoltageOff = 0x01;
 
-// Status byte: POR FL I2 I1 I0 A2 A1 A0.
+// Status byte: POR FL I2 I1 I0 A2 A1 A0. The FM section puts I1 and the converter's three bits in
+// place.
 constexpr std::uint8_t kPowerOnReset = 0x80;
 constexpr std::uint8_t kInLock = 0x40;
 
@@ -62,8 +63,13 @@ bool PllTuner::Write(std::span<const std::uint8_t> bytes) {
 
 bool PllTuner::ReadStatus(std::span<std::uint8_t> bytes, const PictureDetector* afcInput) {
   if (!powered_) return false;
-  std::uint8_t status = AfcReading(afcInput);
-  if (LoopLocked()) status |= kInLock;
+  std::uint8_t status = 0;
+  if (const FmSection* fm = SelectedFm()) {
+    status = fm->StatusBits(band_, fmInput_ ? fmInput_->DetectFm() : FmReception{});
+  } else {
+    status = AfcReading(afcInput);
+  }
+  if (InRange() && Settled(kAfcSettleMs)) status |= kInLock;
   if (powerOnReset_) status |= kPowerOnReset;
   std::fill(bytes.begin(), bytes.end(), status);
   powerOnReset_ = false;
@@ -82,6 +88,19 @@ Reception PllTuner::Receive(double ifKHz) const {
   return ReceiveAt(air_, tunedKHz);
 }
 
+const FmSection* PllTuner::SelectedFm() const {
+  const bool switched = (control_ & kControlMark) && fm_ && fm_->SelectedBy(band_);
+  return switched ? fm_ : nullptr;
+}
+
+FmReception PllTuner::ReceiveFm(double ifKHz) const {
+  const FmSection* fm = SelectedFm();
+  const double tunedKHz = OscillatorKHz() - ifKHz;
+  if (!fm || std::abs(ifKHz - fm->ifKHz) > kIfToleranceKHz || !FmSection::Covers(tunedKHz))
+    return {};
+  return ReceiveFmAt(air_, tunedKHz);
+}
+
 const TunerBand* PllTuner::SelectedBand() const {
   const std::uint8_t switches = band_ & static_cast<std::uint8_t>(~model_.positiveBit);
   for (const TunerBand& band : model_.bands) {
@@ -97,9 +116,10 @@ bool PllTuner::PassesIf(double ifKHz) const {
   return within(model_.ifKHz) || within(model_.secondIfKHz);
 }
 
-bool PllTuner::LoopLocked() const {
+bool PllTuner::InRange() const {
+  if (const FmSection* fm = SelectedFm()) return FmSection::Covers(OscillatorKHz() - fm->ifKHz);
   const TunerBand* band = SelectedBand();
-  return band && band->Covers(OscillatorKHz() - model_.ifKHz) && Settled(kAfcSettleMs);
+  return band && band->Covers(OscillatorKHz() - model_.ifKHz);
 }
 
 std::uint8_t PllTuner::AfcReading(const PictureDetector* afcInput) const {

@@ -26,8 +26,19 @@ struct RequiredSetting {
 };
 constexpr RequiredSetting kRequired[] = {{0x07, 0x00}, {0x30, 0x2F}, {0x20, 0x0B}};
 
+// The same for FM behind a TDA8275: FM filter, its level, and the output switched through after
+// tuning (0x88 mutes it). With a TDA8275A the card's driver sees to that when it goes to FM.
+constexpr RequiredSetting kRequiredForFm[] = {{0x28, 0x14}, {0x0D, 0x47}, {0x0F, 0x81}};
+
 constexpr double kAfcStepKHz = 13.2;
 constexpr int kAfcNoCarrier = -64;
+
+bool Holds(const std::array<std::uint8_t, 256>& registers,
+           std::span<const RequiredSetting> settings) {
+  return std::all_of(settings.begin(), settings.end(), [&](const RequiredSetting& setting) {
+    return registers[setting.number] == setting.value;
+  });
+}
 
 }  // namespace
 
@@ -57,12 +68,8 @@ const DemodulatorSystem* SiliconDemodulator::System() const {
 }
 
 Reception SiliconDemodulator::Detect() const {
-  const bool running = std::all_of(std::begin(kRequired), std::end(kRequired),
-                                   [this](const RequiredSetting& setting) {
-                                     return registers_[setting.number] == setting.value;
-                                   });
   const DemodulatorSystem* system = System();
-  if (!running || !system) return {};
+  if (!Holds(registers_, kRequired) || !system) return {};
   Reception reception = tuner_.Receive(system->pictureIfKHz);
   if (reception.carrier &&
       DescribeStandard(reception.carrier->standard).positive != system->positive) {
@@ -75,6 +82,15 @@ const TvCarrier* SiliconDemodulator::Locked() const {
   if (!tuner_.Settled(kSyncSettleMs)) return nullptr;
   const Reception reception = Detect();
   return std::abs(reception.OffsetKHz()) <= kSyncWindowKHz ? reception.carrier : nullptr;
+}
+
+FmReception SiliconDemodulator::DetectFm() const {
+  if (!SetUpForFm() || !tuner_.Settled(kAfcSettleMs)) return {};
+  return tuner_.ReceiveFm(kFmIfKHz);
+}
+
+bool SiliconDemodulator::SetUpForFm() const {
+  return tuner_.Revision() == SiliconRevision::kTda8275a || Holds(registers_, kRequiredForFm);
 }
 
 std::uint8_t SiliconDemodulator::AfcRegister() const {

@@ -23,7 +23,7 @@ inline constexpr DemodulatorSystem kSystemI = {0x10, 7750, false};
 inline constexpr DemodulatorSystem kSystemL = {0x20, 7750, true};
 inline constexpr DemodulatorSystem kSystemLPrime = {0x40, 1250, true};
 
-class SiliconDemodulator final : public I2cDevice, public PictureDetector {
+class SiliconDemodulator final : public I2cDevice, public PictureDetector, public FmDetector {
  public:
   static constexpr std::uint8_t kAddress = 0x96;
 
@@ -43,7 +43,12 @@ class SiliconDemodulator final : public I2cDevice, public PictureDetector {
   // Detected, settled and close enough for line sync.
   const TvCarrier* Locked() const;
 
+  // Where the FM filter expects a station.
+  static constexpr double kFmIfKHz = 1600;
+  FmReception DetectFm() const override;
+
  private:
+  bool SetUpForFm() const;
   // Bit 7: lock. Bits 6..0: AFC, two's complement.
   std::uint8_t AfcRegister() const;
 

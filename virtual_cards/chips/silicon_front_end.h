@@ -16,7 +16,11 @@ class SiliconFrontEnd final : public FrontEnd {
 
   void AttachTo(I2cBus& bus);
 
+  SiliconRevision Revision() const { return tuner_.Revision(); }
   double TunedKHz() const override;
+  // What the tuner is set to when the card receives FM.
+  double TunedFmKHz() const { return tuner_.ReceiveFm(SiliconDemodulator::kFmIfKHz).tunedKHz; }
+  const FmDetector& Fm() const { return demodulator_; }
   const TvCarrier* Picture() const override { return demodulator_.Locked(); }
   void SetPowered(bool powered) override { tuner_.SetPowered(powered); }
 

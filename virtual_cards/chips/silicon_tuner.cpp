@@ -86,6 +86,12 @@ Reception SiliconTuner::Receive(double ifKHz) const {
   return ReceiveAt(air_, oscillatorKHz - ifKHz);
 }
 
+FmReception SiliconTuner::ReceiveFm(double ifKHz) const {
+  const double oscillatorKHz = OscillatorKHz();
+  if (oscillatorKHz <= ifKHz) return {};
+  return ReceiveFmAt(air_, oscillatorKHz - ifKHz);
+}
+
 SiliconOscillator ChooseOscillator(SiliconRevision revision, double oscillatorKHz) {
   constexpr unsigned kMostDoublings = 4;
   constexpr double kMarginKHz = 1000;  // the divider's rounding must not leave the range

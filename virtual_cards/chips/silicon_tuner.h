@@ -28,6 +28,7 @@ class SiliconTuner final : public I2cDevice {
   // 0 while no divider is written or its oscillator cannot reach the frequency.
   double OscillatorKHz() const;
   Reception Receive(double ifKHz) const;
+  FmReception ReceiveFm(double ifKHz) const;
 
   bool Settled(std::uint32_t milliseconds) const { return settle_.Passed(milliseconds); }
   void SetPowered(bool powered) { powered_ = powered; }

@@ -22,12 +22,17 @@ const TunerModel& ModelOf(std::uint32_t tunerType) {
 }  // namespace
 
 TunerCan::TunerCan(std::uint32_t tunerType, const Air& air)
-    : model_(ModelOf(tunerType)), tuner_(model_, air) {
+    : model_(ModelOf(tunerType)), fm_(FindFmSection(tunerType)), tuner_(model_, air, fm_) {
   // Without `separateDemodulator` the chip serves the FM section alone: the picture does not pass
   // it.
   if (model_.separateDemodulator || HasFmDemodulator(tunerType)) demodulator_.emplace(tuner_);
   if (model_.afc == AfcReport::kPll && model_.statusAddress == PllTuner::kAddress) {
     tuner_.ConnectAfc(&Detector());
+  }
+  if (fm_ && fm_->demodulatorChip) {
+    tuner_.ConnectFm(&*demodulator_);
+  } else if (fm_) {
+    tuner_.ConnectFm(&builtIn_);
   }
 }
 
@@ -38,6 +43,7 @@ void TunerCan::AttachTo(I2cBus& bus) {
 }
 
 double TunerCan::TunedKHz() const {
+  if (tuner_.SelectedFm()) return tuner_.ReceiveFm(fm_->ifKHz).tunedKHz;
   const bool byDemodulator = model_.separateDemodulator && demodulator_->SetUp();
   return tuner_.Receive(byDemodulator ? demodulator_->PictureIfKHz() : model_.ifKHz).tunedKHz;
 }
@@ -56,6 +62,11 @@ const TvCarrier* TunerCan::Picture() const {
 const PictureDetector& TunerCan::Detector() const {
   if (model_.separateDemodulator) return *demodulator_;
   return builtIn_;
+}
+
+FmReception TunerCan::BuiltInDetector::DetectFm() const {
+  if (!can_.tuner_.Settled(kAfcSettleMs)) return {};
+  return can_.tuner_.ReceiveFm(can_.fm_->ifKHz);
 }
 
 bool TunerCan::StatusPort::Read(std::span<std::uint8_t> bytes) {

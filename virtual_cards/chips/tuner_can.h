@@ -23,10 +23,11 @@ class TunerCan final : public FrontEnd {
 
  private:
   // The detector inside a module without a demodulator chip.
-  class BuiltInDetector final : public PictureDetector {
+  class BuiltInDetector final : public PictureDetector, public FmDetector {
    public:
     explicit BuiltInDetector(const TunerCan& can) : can_(can) {}
     Reception Detect() const override { return can_.tuner_.Receive(can_.model_.ifKHz); }
+    FmReception DetectFm() const override;
 
    private:
     const TunerCan& can_;
@@ -46,6 +47,7 @@ class TunerCan final : public FrontEnd {
   const PictureDetector& Detector() const;
 
   const TunerModel& model_;
+  const FmSection* const fm_;  // null for a module without one
   PllTuner tuner_;
   std::optional<IfDemodulator> demodulator_;
   BuiltInDetector builtIn_{*this};

@@ -1,16 +1,10 @@
 #include "virtual_cards/chips/tuner_models.h"
 
-#include <initializer_list>
+#include "virtual_cards/chips/tuner_types.h"
 
 namespace zelk::virtual_cards {
 
 namespace {
-
-constexpr std::uint64_t Types(std::initializer_list<unsigned> types) {
-  std::uint64_t bits = 0;
-  for (const unsigned type : types) bits |= std::uint64_t{1} << type;
-  return bits;
-}
 
 // Adjoining bands overlap by this much on either side of their nominal switch-over frequency, and
 // the outer ends reach as far beyond the first and last channel.
@@ -47,71 +41,69 @@ constexpr bool kSeparate = true;
 // clang-format off
 constexpr TunerModel kModels[] = {
     // types, IF, second IF, bands, positive bit, AGC byte, demodulator, AFC, status address
-    {Types({0, 1, 6, 7, 8, 9, 26, 28, 33, 34}), 38900, 0,
+    {TunerTypes({0, 1, 6, 7, 8, 9, 26, 28, 33, 34}), 38900, 0,
      Bands({48250, 170000, 450000, 855250}, {0xA0, 0x90, 0x30}), 0, false, kBuiltIn, kPll, 0xC2},
-    {Types({2, 3}), 38900, 0,
+    {TunerTypes({2, 3}), 38900, 0,
      Bands({48250, 170000, 450000, 855250}, {0xA1, 0x91, 0x31}), 0x02, false, kBuiltIn, kPll, 0xC2},
-    {Types({4, 5, 31, 32}), 45750, 0,
+    {TunerTypes({4, 5, 31, 32}), 45750, 0,
      Bands({55250, 160000, 454000, 801250}, {0xA0, 0x90, 0x30}), 0, false, kBuiltIn, kPll, 0xC2},
-    {Types({10, 11}), 58750, 0,
+    {TunerTypes({10, 11}), 58750, 0,
      Bands({91250, 160000, 454000, 765250}, {0xA0, 0x90, 0x30}), 0, false, kBuiltIn, kPll, 0xC2},
-    {Types({12, 13}), 45750, 0,
+    {TunerTypes({12, 13}), 45750, 0,
      Bands({55250, 160000, 442000, 801250}, {0x41, 0x42, 0x44}), 0, true, kSeparate, kDemodulator, 0xC2},
-    {Types({14, 15}), 38900, 33950,
+    {TunerTypes({14, 15}), 38900, 33950,
      Bands({48250, 158000, 442000, 863250}, {0x21, 0x22, 0x24}), 0, true, kSeparate, kDemodulator, 0xC2},
-    {Types({16, 17}), 58750, 0,
+    {TunerTypes({16, 17}), 58750, 0,
      Bands({91250, 160000, 442000, 765250}, {0x41, 0x42, 0x44}), 0, true, kSeparate, kDemodulator, 0xC2},
-    {Types({18, 19}), 38900, 0,
+    {TunerTypes({18, 19}), 38900, 0,
      Bands({49250, 158000, 442000, 863250}, {0x41, 0x42, 0x44}), 0, true, kSeparate, kDemodulator, 0xC2},
-    {Types({20, 21}), 38900, 33950,
+    {TunerTypes({20, 21}), 38900, 33950,
      Bands({48250, 158000, 422000, 863250}, {0x01, 0x02, 0x04}), 0, false, kSeparate, kDemodulator, 0xC2},
     // A module for the American IF: it reaches down to channel 2 although no board uses it so.
-    {Types({24}), 45750, 0,
+    {TunerTypes({24}), 45750, 0,
      Bands({55250, 170000, 468000, 801250}, {0x01, 0x02, 0x08}), 0, false, kSeparate, kDemodulator, 0xC2},
-    {Types({25, 27}), 38900, 0,
+    {TunerTypes({25, 27}), 38900, 0,
      Bands({48250, 170000, 450000, 855250}, {0x01, 0x02, 0x08}), 0, false, kBuiltIn, kPll, 0xC2},
     // The picture falls 125 kHz above the usual 45.75 MHz in this module's IF filter.
-    {Types({29, 30}), 45875, 0,
+    {TunerTypes({29, 30}), 45875, 0,
      Bands({55250, 170000, 450000, 801250}, {0x01, 0x02, 0x08}), 0, false, kBuiltIn, kPll, 0xC2},
-    {Types({35}), 45750, 0,
+    {TunerTypes({35}), 45750, 0,
      Bands({55250, 133250, 367250, 801250}, {0x01, 0x02, 0x08}), 0, false, kBuiltIn, kPll, 0xC2},
-    {Types({36}), 58750, 0,
+    {TunerTypes({36}), 58750, 0,
      Bands({91250, 171250, 409250, 765250}, {0x01, 0x02, 0x08}), 0, false, kBuiltIn, kPll, 0xC2},
-    {Types({37}), 58750, 0,
+    {TunerTypes({37}), 58750, 0,
      Bands({91250, 170000, 468000, 765250}, {0x01, 0x02, 0x08}), 0, false, kSeparate, kDemodulator, 0xC2},
-    {Types({42}), 45750, 0,
+    {TunerTypes({42}), 45750, 0,
      Bands({55250, 163250, 463250, 863250}, {0x01, 0x02, 0x04}), 0, false, kBuiltIn, kPll, 0xC2},
-    {Types({43}), 38900, 0,
+    {TunerTypes({43}), 38900, 0,
      Bands({48250, 161250, 471250, 863250}, {0x01, 0x02, 0x04}), 0, false, kBuiltIn, kPll, 0xC2},
-    {Types({44}), 45750, 0,
+    {TunerTypes({44}), 45750, 0,
      Bands({55250, 163250, 463250, 801250}, {0x01, 0x02, 0x04}), 0, false, kBuiltIn, kPll, 0xC2},
-    {Types({45}), 38900, 0,
+    {TunerTypes({45}), 38900, 0,
      Bands({55250, 161250, 471250, 863250}, {0x01, 0x02, 0x04}), 0, false, kBuiltIn, kPll, 0xC2},
     // The low band's second switch setting bridges a filter gap around 83.25 MHz.
-    {Types({46}), 45750, 0,
+    {TunerTypes({46}), 45750, 0,
      Bands({55250, 127250, 361250, 801250}, {0x11, 0x02, 0x08, 0x01}), 0, false, kSeparate, kPll, 0xC0},
-    {Types({47}), 38900, 0,
+    {TunerTypes({47}), 38900, 0,
      Bands({48250, 140250, 423250, 855250}, {0x01, 0x02, 0x08}), 0, false, kSeparate, kPll, 0xC0},
-    {Types({48}), 58750, 0,
+    {TunerTypes({48}), 58750, 0,
      Bands({91250, 165250, 373250, 765250}, {0x01, 0x02, 0x08}), 0, false, kSeparate, kPll, 0xC0},
 };
 // clang-format on
 
-constexpr std::uint64_t kFmDemodulatorTypes = Types({0, 2, 6, 8});
-
-constexpr bool Holds(std::uint64_t types, std::uint32_t type) {
-  return type < 64 && (types >> type & 1) != 0;
-}
+constexpr std::uint64_t kFmDemodulatorTypes = TunerTypes({0, 2, 6, 8});
 
 }  // namespace
 
 const TunerModel* FindTunerModel(std::uint32_t tunerType) {
   for (const TunerModel& model : kModels) {
-    if (Holds(model.types, tunerType)) return &model;
+    if (HoldsTunerType(model.types, tunerType)) return &model;
   }
   return nullptr;
 }
 
-bool HasFmDemodulator(std::uint32_t tunerType) { return Holds(kFmDemodulatorTypes, tunerType); }
+bool HasFmDemodulator(std::uint32_t tunerType) {
+  return HoldsTunerType(kFmDemodulatorTypes, tunerType);
+}
 
 }  // namespace zelk::virtual_cards

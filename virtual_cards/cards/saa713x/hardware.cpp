@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "virtual_cards/cards/saa713x/boards.h"
+#include "virtual_cards/cards/saa713x/fm_readings.h"
 #include "virtual_cards/cards/saa713x/property_sets.h"
 #include "virtual_cards/cards/saa713x/tuner_driver.h"
-#include "virtual_cards/chips/silicon_front_end.h"
 #include "virtual_cards/chips/tuner_can.h"
 #include "virtual_cards/chips/tv_standard.h"
 
@@ -16,7 +16,6 @@ namespace {
 
 constexpr std::uint32_t kDecoderLocked = 0x01000000;
 constexpr unsigned kColourSystemShift = 16;
-constexpr std::uint8_t kFmReceiverAddress = 0xC0;
 
 constexpr std::uint32_t kTda8275Type = 40;
 constexpr std::uint32_t kTda8275aType = 41;
@@ -44,21 +43,26 @@ Saa713xHardware::Saa713xHardware(const Saa713xOptions& options, Air air)
     : air_(std::move(air)), chipId_(options.chipId), gpio_(!options.remoteChip) {
   const Saa713xBoard board = ChooseBoard(options);
   boardConfig_ = options.boardConfig.value_or(board.boardCode);
-  fmSwitchFitted_ = board.fmSwitch;
   if (options.eepromPresent) {
     eeprom_.emplace(options.eeprom ? *options.eeprom : DefaultEeprom(board, options.remoteChip));
     bus_.Attach(Eeprom::kAddress, &*eeprom_);
   }
   if (options.remoteChip) bus_.Attach(RemoteReceiver::kAddress, &remote_);
   FitTuner(options.tunerType);
-  if (fmSwitchFitted_) tvFmSwitch_.ConnectTv(bus_.Attach(kFmReceiverAddress, &tvFmSwitch_));
+  if (board.fmSwitch) {
+    fmReceiver_.emplace(air_);
+    tvFmSwitch_.ConnectTv(bus_.Attach(FmReceiver::kAddress, &tvFmSwitch_));
+    tvFmSwitch_.ConnectFm(&*fmReceiver_);
+  }
 }
 
 void Saa713xHardware::FitTuner(std::uint32_t tunerType) {
   if (tunerType == kTda8275Type || tunerType == kTda8275aType) {
-    silicon_ = tunerType == kTda8275Type ? SiliconRevision::kTda8275 : SiliconRevision::kTda8275a;
-    auto frontEnd = std::make_unique<SiliconFrontEnd>(*silicon_, air_);
+    const auto revision =
+        tunerType == kTda8275Type ? SiliconRevision::kTda8275 : SiliconRevision::kTda8275a;
+    auto frontEnd = std::make_unique<SiliconFrontEnd>(revision, air_);
     frontEnd->AttachTo(bus_);
+    silicon_ = frontEnd.get();
     frontEnd_ = std::move(frontEnd);
     return;
   }
@@ -80,7 +84,7 @@ bool Saa713xHardware::TvFmSwitch::Read(std::span<std::uint8_t> bytes) {
 }
 
 bool Saa713xHardware::TelevisionSelected() const {
-  if (fmSwitchFitted_ && !tvFmSwitch_.OnTv()) return false;
+  if (FmReceiverSelected()) return false;
   return !silicon_ || tunerMode_ == AMTUNER_MODE_TV || tunerMode_ == AMTUNER_MODE_DEFAULT;
 }
 
@@ -110,7 +114,24 @@ void Saa713xHardware::SetDriverWord(DWORD id, std::uint32_t value) {
   if (id == kSaaTunerPowerDown && frontEnd_) frontEnd_->SetPowered(value == 0);
 }
 
-std::uint32_t Saa713xHardware::FmReading(DWORD) const { return 0; }
+std::uint32_t Saa713xHardware::FmReading(DWORD id) const {
+  if (!silicon_) return 0;
+  const FmReception reception = SiliconInFm() ? silicon_->Fm().DetectFm() : FmReception{};
+  switch (id) {
+    case kSaaFmLevel:
+      return FmLevelFigure(reception);
+    case kSaaFmAfc:
+      return static_cast<std::uint32_t>(FmAfcStep(reception));
+    default:
+      return FmStereoIndicated(reception) ? 1 : 0;
+  }
+}
+
+double Saa713xHardware::TunedKHz() const {
+  if (FmReceiverSelected()) return fmReceiver_->TunedKHz();
+  if (SiliconInFm()) return silicon_->TunedFmKHz();
+  return frontEnd_ ? frontEnd_->TunedKHz() : 0;
+}
 
 HRESULT Saa713xHardware::NotifyTuning(std::uint32_t phase) {
   if (phase != 1 && phase != 2) return E_INVALIDARG;
@@ -120,7 +141,7 @@ HRESULT Saa713xHardware::NotifyTuning(std::uint32_t phase) {
 
 HRESULT Saa713xHardware::TuneByDriver(std::uint32_t hertz, std::uint32_t country) {
   const double pictureKHz = hertz / 1000.0;
-  if (silicon_) return DriveSiliconTuner(bus_, *silicon_, pictureKHz, country);
+  if (silicon_) return DriveSiliconTuner(bus_, silicon_->Revision(), pictureKHz, country);
   if (can_) return DriveCan(bus_, *can_, pictureKHz, country);
   return E_FAIL;
 }

@@ -12,10 +12,11 @@
 #include "virtual_cards/cards/saa713x/gpio_lines.h"
 #include "virtual_cards/cards/saa713x_card.h"
 #include "virtual_cards/chips/eeprom.h"
+#include "virtual_cards/chips/fm_receiver.h"
 #include "virtual_cards/chips/i2c_bus.h"
 #include "virtual_cards/chips/reception.h"
 #include "virtual_cards/chips/remote_receiver.h"
-#include "virtual_cards/chips/silicon_tuner.h"
+#include "virtual_cards/chips/silicon_front_end.h"
 #include "virtual_cards/chips/tuner_models.h"
 
 namespace zelk::virtual_cards {
@@ -54,8 +55,8 @@ class Saa713xHardware {
   // A word of the driver's own property set, 0 before it was set.
   std::uint32_t DriverWord(DWORD id) const;
   void SetDriverWord(DWORD id, std::uint32_t value);
-  // Readings of the FM section; `id` is one of kSaaFmLevel, kSaaFmAfc, kSaaFmStereo. There is no FM
-  // section to read yet.
+  // What the driver reads of a silicon tuner's station; `id` is one of kSaaFmLevel, kSaaFmAfc,
+  // kSaaFmStereo. Without such a tuner it has nothing to read and answers 0.
   std::uint32_t FmReading(DWORD id) const;
   // A tuning notification: between phase 1 and phase 2 the driver shows a frozen picture, and the
   // decoder has no lock to report.
@@ -68,11 +69,11 @@ class Saa713xHardware {
   // --- The outside ---
   void PressKey(std::uint8_t kind, std::uint8_t code);
   void FitChip(std::uint8_t address, I2cDevice* chip) { bus_.Attach(address, chip); }
-  double TunedKHz() const { return frontEnd_ ? frontEnd_->TunedKHz() : 0; }
+  double TunedKHz() const;
 
  private:
-  // What answers at 0xC0 on a board whose GPIO line 27 switches between TV and FM. The FM
-  // receiver's chip belongs on the other side of the switch.
+  // What answers at 0xC0 on a board whose GPIO line 27 switches between the TV tuner's status and
+  // the FM receiver.
   class TvFmSwitch final : public I2cDevice {
    public:
     explicit TvFmSwitch(const GpioLines& gpio) : gpio_(gpio) {}
@@ -92,6 +93,8 @@ class Saa713xHardware {
 
   void FitTuner(std::uint32_t tunerType);
   bool TelevisionSelected() const;
+  bool SiliconInFm() const { return silicon_ && tunerMode_ == AMTUNER_MODE_FM_RADIO; }
+  bool FmReceiverSelected() const { return fmReceiver_ && !tvFmSwitch_.OnTv(); }
 
   RequestGate gate_;
   ReferenceCount references_{0};
@@ -99,16 +102,16 @@ class Saa713xHardware {
   const Air air_;
   const std::uint32_t chipId_;
   std::uint32_t boardConfig_ = 0;
-  bool fmSwitchFitted_ = false;
 
   I2cBus bus_;
   GpioLines gpio_;
   TvFmSwitch tvFmSwitch_{gpio_};
+  std::optional<FmReceiver> fmReceiver_;  // and with it the switch
   std::optional<Eeprom> eeprom_;
   RemoteReceiver remote_;
   std::unique_ptr<FrontEnd> frontEnd_;
-  const TunerModel* can_ = nullptr;         // a PLL module is fitted
-  std::optional<SiliconRevision> silicon_;  // a silicon tuner is fitted
+  const TunerModel* can_ = nullptr;           // a PLL module is fitted
+  const SiliconFrontEnd* silicon_ = nullptr;  // a silicon tuner is fitted
 
   // Words of the driver's own set, by property id from the first one on.
   static constexpr DWORD kFirstDriverWord = 0x65;

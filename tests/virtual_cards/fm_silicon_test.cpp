@@ -1,0 +1,155 @@
+// FM on a silicon tuner, as the card's driver reports it. 98.025 MHz needs 99.625 MHz at the mixer:
+// eight times that is 797 MHz at the oscillator, 3188 steps of 250 kHz, written four times as large
+// (31 D0).
+#include <cmath>
+
+#include "plugged_card.h"
+#include "virtual_cards/cards/saa713x/fm_readings.h"
+
+namespace zelk::virtual_cards {
+namespace {
+
+constexpr double kTunedKHz = 98025;
+constexpr ULONG kNoise = 2000000;
+
+class FmSiliconTest : public PluggedCardTest {
+ protected:
+  // Plugs the card in, goes to FM and tunes. `offsetKHz` is tuned frequency minus station.
+  std::unique_ptr<Interfaces> Ready(std::uint32_t type, double offsetKHz, bool stereo = true,
+                                    double levelDbuV = 70) {
+    Plug({.tunerType = type}, FmAirWith(kTunedKHz - offsetKHz, stereo, levelDbuV));
+    auto on = std::make_unique<Interfaces>(*card_);
+    EXPECT_EQ(on->tvTuner->put_Mode(AMTUNER_MODE_FM_RADIO), S_OK);
+    if (type == 40) {
+      for (const std::vector<BYTE>& bytes :
+           {std::vector<BYTE>{0x28, 0x14}, {0x0D, 0x47}, {0x0F, 0x81}}) {
+        on->Write(0x96, bytes);
+      }
+    }
+    Tune(*on, type == 40 ? 0xD8 : 0x78);
+    Sleep(60);
+    return on;
+  }
+  static void Tune(Interfaces& on, BYTE oscillator) {
+    on.Write(0x96, {0x21, 0xC0});
+    EXPECT_EQ(on.Write(0xC2, {0x00, 0x31, 0xD0, 0x00, 0x10, oscillator}), S_OK);
+    on.Write(0x96, {0x21, 0x80});
+  }
+
+  static ULONG Level(Interfaces& on) { return Word(on, 0x6D); }
+  static int Afc(Interfaces& on) { return static_cast<int>(Word(on, 0x6E)); }
+  static bool Stereo(Interfaces& on) {
+    BYTE byte = 2;
+    DWORD returned = 0;
+    EXPECT_EQ(on.capture->Get(kOwnSet, 0x6F, &byte, 1, &byte, 1, &returned), S_OK);
+    EXPECT_LE(byte, 1);
+    return byte == 1;
+  }
+  static bool Deaf(Interfaces& on) { return Level(on) == kNoise && Afc(on) == 2 && !Stereo(on); }
+
+ private:
+  static ULONG Word(Interfaces& on, DWORD id) {
+    ULONG value = 0xBAD;
+    EXPECT_EQ(on.GetOwn(id, value), S_OK);
+    return value;
+  }
+};
+
+TEST_F(FmSiliconTest, AfcStepsAcrossTheStation) {
+  struct Case {
+    double offsetKHz;
+    int step;
+    bool centred;
+  };
+  for (const Case& one : {
+           Case{-151, 2, false},
+           Case{-149, -2, false},
+           Case{-94, -2, false},
+           Case{-93, -1, false},
+           Case{-74, -1, true},
+           Case{-32, -1, true},
+           Case{-31, 0, true},
+           Case{0, 0, true},
+           Case{31, 0, true},
+           Case{32, 1, true},
+           Case{76, 1, false},
+           Case{93, 1, false},
+           Case{94, 2, false},
+           Case{151, 2, false},
+       }) {
+    for (const std::uint32_t type : {40u, 41u}) {
+      const auto on = Ready(type, one.offsetKHz);
+      EXPECT_EQ(Afc(*on), one.step) << type << ' ' << one.offsetKHz;
+      EXPECT_EQ(Level(*on), one.centred ? 487000 : kNoise) << type << ' ' << one.offsetKHz;
+      EXPECT_EQ(Stereo(*on), one.centred) << type << ' ' << one.offsetKHz;
+      EXPECT_EQ(card_->TunedKHz(), kTunedKHz);
+    }
+  }
+}
+
+TEST_F(FmSiliconTest, LevelAndStereoOfTheStation) {
+  for (const auto& [dbuV, figure] :
+       {std::pair{39, kNoise}, {40, 1198000ul}, {60, 724000ul}, {80, 250000ul}, {110, 0ul}}) {
+    const auto on = Ready(41, 0, false, dbuV);
+    EXPECT_EQ(Level(*on), figure) << dbuV;
+    EXPECT_FALSE(Stereo(*on));
+  }
+}
+
+// Whoever steps upwards by 50 kHz must meet the middle and then the step above it, wherever the
+// station lies between the frequencies to which the tuner rounds.
+TEST_F(FmSiliconTest, NoStrideSkipsTheMiddle) {
+  for (const double resolutionKHz : {31.25, 62.5}) {
+    for (double stationKHz = 98000; stationKHz < 98250; stationKHz += 1.25) {
+      const Air air = FmAirWith(stationKHz);
+      int crossings = 0;
+      int previous = 2;
+      for (double kHz = 97500; kHz < 98750; kHz += 50) {
+        const double tunedKHz = std::floor(kHz / resolutionKHz) * resolutionKHz;
+        const int step = FmAfcStep(ReceiveFmAt(air, tunedKHz));
+        if (previous == 0 && step == 1) ++crossings;
+        previous = step;
+      }
+      EXPECT_EQ(crossings, 1) << resolutionKHz << ' ' << stationKHz;
+    }
+  }
+}
+
+TEST_F(FmSiliconTest, AnswersInFmAlone) {
+  const auto on = Ready(41, 0);
+  EXPECT_FALSE(Deaf(*on));
+  EXPECT_EQ(on->tvTuner->put_Mode(AMTUNER_MODE_TV), S_OK);
+  EXPECT_TRUE(Deaf(*on));
+  EXPECT_EQ(on->tvTuner->put_Mode(AMTUNER_MODE_FM_RADIO), S_OK);
+  EXPECT_FALSE(Deaf(*on));
+  on->SetOwn(0x67, 1);
+  EXPECT_TRUE(Deaf(*on)) << "powered down";
+
+  // The driver has nothing to say of other tuners.
+  Plug({}, FmAirWith(kTunedKHz));
+  Interfaces other(*card_);
+  EXPECT_EQ(Level(other), 0u);
+  EXPECT_EQ(Afc(other), 0);
+}
+
+TEST_F(FmSiliconTest, SetUpAndTime) {
+  const auto on = Ready(40, 0);
+  for (const BYTE number : {BYTE{0x28}, BYTE{0x0D}, BYTE{0x0F}}) {
+    const int value = on->ReadAt(0x96, number);
+    on->Write(0x96, {number, 0x88});
+    EXPECT_TRUE(Deaf(*on)) << int{number};
+    on->Write(0x96, {number, static_cast<BYTE>(value)});
+    EXPECT_FALSE(Deaf(*on));
+  }
+  Tune(*on, 0xC8);  // an oscillator that does not reach the frequency
+  Sleep(60);
+  EXPECT_TRUE(Deaf(*on));
+  Tune(*on, 0xD8);
+  Sleep(49);
+  EXPECT_TRUE(Deaf(*on));
+  Sleep(1);
+  EXPECT_FALSE(Deaf(*on));
+}
+
+}  // namespace
+}  // namespace zelk::virtual_cards

@@ -1,0 +1,45 @@
+// The FM section of a tuner module, as data: what selects it, and what the PLL's status shows of
+// a station.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "virtual_cards/chips/reception.h"
+
+namespace zelk::virtual_cards {
+
+// What the board puts on the PLL's 3-bit converter while the FM section is selected.
+enum class FmConverter {
+  // The module's AFC voltage or its level detector, as the band byte chooses; the stereo
+  // indicator goes to an input bit of its own.
+  kAfcOrLevel,
+  // The demodulated signal's level, which the pilot lifts to the upper end.
+  kLiftedByPilot,
+  // The same level at the upper end, which the pilot pulls down to the middle.
+  kPulledByPilot,
+};
+
+struct FmSection {
+  std::uint64_t types;  // tuner type codes, one bit each
+  double ifKHz;
+  // Settings of the band switches that select it. Unused ones are 0, which selects nothing.
+  std::array<std::uint8_t, 4> bandBytes;
+  FmConverter converter;
+  std::uint8_t afcBits;  // band byte: any of them puts the AFC voltage on the converter
+  bool demodulatorChip;  // the IF goes to the chip at 0x86
+  bool turnedIf;         // mixed once more from above on its way there, which mirrors it
+
+  bool SelectedBy(std::uint8_t bandByte) const;
+  // The input is wide open from the lower end of the eastern FM band to the upper end of the
+  // western one.
+  static constexpr bool Covers(double kHz) { return 62000 <= kHz && kHz <= 108500; }
+
+  // Bits 4 and 2..0 of the PLL's status byte.
+  std::uint8_t StatusBits(std::uint8_t bandByte, const FmReception& reception) const;
+};
+
+// Null for a module without an FM section.
+const FmSection* FindFmSection(std::uint32_t tunerType);
+
+}  // namespace zelk::virtual_cards
