@@ -25,6 +25,12 @@ using Command = std::function<int(const Options&)>;
 void AddCardCommands(CLI::App& app, Command& chosen);
 // tune, signal
 void AddTuningCommands(CLI::App& app, Command& chosen);
+// tune fm, below `tune`
+void AddTuneFm(CLI::App& tune, Command& chosen);
+// seek, fm
+void AddRadioCommands(CLI::App& app, Command& chosen);
+// audio
+void AddAudioCommands(CLI::App& app, Command& chosen);
 // scan
 void AddScanCommands(CLI::App& app, Command& chosen);
 // eeprom, i2c, remote

@@ -20,9 +20,10 @@ constexpr std::array<ResultName, 5> kResultNames{{
     {ZELK_VFW_E_WRONG_STATE, "VFW_E_WRONG_STATE"},
 }};
 
-constexpr std::array<const char*, 8> kLogFiles{
-    "zelkapi_713x.log",    "zelkapi_713X.log", "zelkapi_BT878.log", "zelkapi_BT88X.log",
-    "zelkapi_Quillon.log", "zelkapi.log",      "TDA8275.log",       "FMAutoScan.log"};
+// The FM scan's own two files are not among them: they list every probe of every scan.
+constexpr std::array<const char*, 6> kLogFiles{"zelkapi_713x.log",    "zelkapi_713X.log",
+                                               "zelkapi_BT878.log",   "zelkapi_BT88X.log",
+                                               "zelkapi_Quillon.log", "zelkapi.log"};
 
 // A file that does not exist counts as empty.
 std::uintmax_t SizeOf(const char* file) {

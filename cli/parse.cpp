@@ -53,14 +53,14 @@ constexpr const char* kFrequencyForms = "write 175250, 175250kHz or 175.25MHz";
 std::uint32_t ParseNumber(std::string_view text, std::uint32_t highest, std::string_view what) {
   const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
   const auto number =
-      hexadecimal ? WholeText<std::uint32_t>(text.substr(2), 16) : WholeText<std::uint32_t>(text);
+      hexadecimal ? WholeText<std::uint64_t>(text.substr(2), 16) : WholeText<std::uint64_t>(text);
   if (!number)
     throw UsageError(std::string(what) + ' ' + Quoted(text) +
                      " is not a number; write 194 or 0xC2");
   if (*number > highest)
     throw UsageError(std::string(what) + ' ' + Quoted(text) + " is above " +
                      std::to_string(highest));
-  return *number;
+  return static_cast<std::uint32_t>(*number);
 }
 
 std::uint32_t ParseFrequencyKHz(std::string_view text) {

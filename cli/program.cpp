@@ -78,6 +78,8 @@ int Run(int argc, char** argv) {
   AddCardCommands(app, chosen);
   AddTuningCommands(app, chosen);
   AddScanCommands(app, chosen);
+  AddRadioCommands(app, chosen);
+  AddAudioCommands(app, chosen);
   AddBusCommands(app, chosen);
   PointToGlobalOptions(app);
   // Set last: a command takes over the footer that stands when it is added.
@@ -85,6 +87,7 @@ int Run(int argc, char** argv) {
       "Examples:\n"
       "  zelk scan tv\n"
       "  zelk tune tv E5\n"
+      "  zelk scan fm --plot band.svg\n"
       "  zelk --card virtual:saa7134,tuner=5 --air us-city scan tv --json\n"
       "  zelk info --trace\n\n"
       "Exit codes: 0 done, 1 failed, 2 wrong use, 130 ended by Ctrl-C.");

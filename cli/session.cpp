@@ -61,6 +61,7 @@ Session::Session(const Options& options) : cardDescription_(options.card) {
     host::UseVirtualClock();
   }
   virtual_cards::Air air = virtual_cards::LoadAir(options.air);
+  placeName_ = air.place;
   raster_ = RasterOf(options, air);
   standard_ = StandardOf(options, raster_);
   country_ = options.country.value_or(static_cast<std::uint32_t>(raster_.countryCode));
@@ -77,6 +78,12 @@ void Session::StartTv() {
   Check(ZELK_put_TVFormat(standard_, country_),
         "set the TV format " + std::string(virtual_cards::NameOfVideoStandard(standard_)) +
             ", country " + std::to_string(country_));
+}
+
+void Session::StartFm() {
+  if (HWInfo().FmTuner == 0)
+    std::cerr << "zelk: warning: the board's record says that it has no FM tuner; trying anyway\n";
+  Check(ZELK_FMInit(), "switch the card to FM radio");
 }
 
 ZELK_HWInfo Session::HWInfo() const {
@@ -97,35 +104,48 @@ std::string Session::TunerName() const {
   return name;
 }
 
-void Session::RequireInTvBand(std::uint32_t frequencyKHz) const {
+void Session::RequireInBand(const Band& band, std::uint32_t frequencyKHz) const {
   const ZELK_HWInfo info = HWInfo();
-  if (frequencyKHz < info.TvLowKHz || frequencyKHz > info.TvHighKHz)
-    throw Failure("cannot tune " + std::to_string(frequencyKHz) +
-                  " kHz: outside the tuner's TV band, " + std::to_string(info.TvLowKHz) + " to " +
-                  std::to_string(info.TvHighKHz) + " kHz");
+  const std::uint32_t low = info.*band.lowKHz;
+  const std::uint32_t high = info.*band.highKHz;
+  if (frequencyKHz < low || frequencyKHz > high)
+    throw Failure("cannot tune " + std::to_string(frequencyKHz) + " kHz: outside the tuner's " +
+                  band.name + " band, " + std::to_string(low) + " to " + std::to_string(high) +
+                  " kHz");
 }
 
-void Session::Tune(std::uint32_t frequencyKHz) const {
-  Check(ZELK_SetFreq(frequencyKHz, nullptr), "tune " + std::to_string(frequencyKHz) + " kHz");
+void Session::Tune(const Band& band, std::uint32_t frequencyKHz) const {
+  Check(band.SetFreq(frequencyKHz, nullptr), "tune " + std::to_string(frequencyKHz) + " kHz");
 }
 
-Signal Session::ReadSignal() const {
+HRESULT Session::AskSignal(const Band& band, Signal& signal) const {
   // Some tuners answer the presence alone. What they leave untouched is recognised by these marks.
   constexpr std::uint32_t kNoStrength = std::numeric_limits<std::uint32_t>::max();
   std::uint32_t present = 0;
   std::uint32_t strength = kNoStrength;
   double afcOffsetKHz = std::nan("");
-  Check(ZELK_IsSignalPresent(&present, &strength, &afcOffsetKHz), "read the signal");
-
-  Signal signal;
+  const HRESULT code = band.IsSignalPresent(&present, &strength, &afcOffsetKHz);
   signal.present = present == 1;
   if (strength != kNoStrength) signal.strength = strength;
   if (!std::isnan(afcOffsetKHz)) signal.afcOffsetKHz = afcOffsetKHz;
+  return code;
+}
+
+Signal Session::ReadSignal(const Band& band) const {
+  Signal signal;
+  Check(AskSignal(band, signal), "read the signal");
   ComPtr<IAMAnalogVideoDecoder> decoder;
   LONG locked = 0;
-  if (SUCCEEDED(Query(capture_.Get(), decoder)) &&
+  if (&band == &kTvBand && SUCCEEDED(Query(capture_.Get(), decoder)) &&
       SUCCEEDED(decoder->get_HorizontalLocked(&locked)))
     signal.decoderLock = locked != 0;
+  return signal;
+}
+
+std::optional<Signal> Session::Measure(const Band& band, std::uint32_t frequencyKHz) const {
+  Signal signal;
+  if (FAILED(band.SetFreq(frequencyKHz, nullptr)) || FAILED(AskSignal(band, signal)))
+    return std::nullopt;
   return signal;
 }
 

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "ZElkAPI.h"
+#include "cli/band.h"
 #include "cli/errors.h"
 #include "cli/options.h"
 #include "platform/com_ptr.h"
@@ -35,9 +36,13 @@ class Session {
   // Switches the card to TV with the standard and country chosen. Commands that look at the board
   // alone do without, so that they still work on a card whose tuner does not answer.
   void StartTv();
+  // Switches the card to FM radio. A board that denies having an FM tuner is tried all the same,
+  // with a warning on standard error: on some the word that says so is wrong.
+  void StartFm();
 
   const virtual_cards::Raster& Raster() const { return raster_; }
   const std::string& CardDescription() const { return cardDescription_; }
+  const std::string& PlaceName() const { return placeName_; }
   const std::string& FriendlyName() const { return card_->FriendlyName(); }
   std::uint32_t VideoStandard() const { return standard_; }
   std::uint32_t CountryCode() const { return country_; }
@@ -46,10 +51,12 @@ class Session {
   std::uint32_t TunerType() const;
   std::string TunerName() const;
 
-  // Refuses a frequency outside the card's TV band. The library itself would try any.
-  void RequireInTvBand(std::uint32_t frequencyKHz) const;
-  void Tune(std::uint32_t frequencyKHz) const;
-  Signal ReadSignal() const;
+  // Refuses a frequency outside the card's band. The library itself would try any.
+  void RequireInBand(const Band& band, std::uint32_t frequencyKHz) const;
+  void Tune(const Band& band, std::uint32_t frequencyKHz) const;
+  Signal ReadSignal(const Band& band) const;
+  // Both at once, and empty where the card refuses either: one point of many, which may be missing.
+  std::optional<Signal> Measure(const Band& band, std::uint32_t frequencyKHz) const;
 
   // The name of the channel at that carrier, empty when the raster has none there.
   std::optional<std::string> ChannelName(std::uint32_t carrierKHz) const;
@@ -67,7 +74,10 @@ class Session {
     ~LibraryHold() { ZELK_Free(); }
   };
 
+  HRESULT AskSignal(const Band& band, Signal& signal) const;
+
   std::string cardDescription_;
+  std::string placeName_;
   virtual_cards::Raster raster_;
   std::uint32_t standard_ = 0;
   std::uint32_t country_ = 0;

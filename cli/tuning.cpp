@@ -5,9 +5,9 @@
 
 #include "cli/commands.h"
 #include "cli/interrupt.h"
-#include "cli/output.h"
 #include "cli/parse.h"
 #include "cli/session.h"
+#include "cli/signal_text.h"
 #include "platform/host/control.h"
 #include "platform/win32.h"
 
@@ -20,20 +20,6 @@ struct SignalArguments {
   std::uint32_t intervalMs = 1000;
 };
 
-Json SignalJson(const Signal& signal) {
-  return {{"present", signal.present},
-          {"strength", OrNull(signal.strength)},
-          {"afc_offset_khz", OrNull(signal.afcOffsetKHz)},
-          {"decoder_lock", OrNull(signal.decoderLock)}};
-}
-
-std::string SignalText(const Signal& signal) {
-  const std::string strength = signal.strength ? std::to_string(*signal.strength) : "-";
-  return std::string(signal.present ? "signal" : "no signal") + ", strength " + strength +
-         ", AFC " + OffsetText(signal.afcOffsetKHz) + " kHz, decoder lock " +
-         YesNoText(signal.decoderLock);
-}
-
 std::string CarrierText(const Session& session, std::uint32_t kHz) {
   const auto channel = session.ChannelName(kHz);
   return MegahertzText(kHz) + " MHz" +
@@ -43,19 +29,19 @@ std::string CarrierText(const Session& session, std::uint32_t kHz) {
 int TuneTv(const Options& options, const std::string& target) {
   Session session(options);
   const std::uint32_t kHz = ParseChannelOrFrequencyKHz(target, session.Raster());
-  session.RequireInTvBand(kHz);
+  session.RequireInBand(kTvBand, kHz);
   session.StartTv();
-  session.Tune(kHz);
-  const Signal signal = session.ReadSignal();
+  session.Tune(kTvBand, kHz);
+  const Signal signal = session.ReadSignal(kTvBand);
   if (options.json) {
     Json result = {{"command", "tune"},
                    {"card", session.CardDescription()},
                    {"frequency_khz", kHz},
                    {"channel", OrNull(session.ChannelName(kHz))}};
-    result.update(SignalJson(signal));
+    result.update(TvSignalJson(signal));
     PrintJson(result);
   } else {
-    std::cout << CarrierText(session, kHz) << ": " << SignalText(signal) << '\n';
+    std::cout << CarrierText(session, kHz) << ": " << TvSignalText(signal) << '\n';
   }
   return kExitSuccess;
 }
@@ -76,10 +62,10 @@ int WatchSignal(const Options& options, const SignalArguments& arguments) {
   std::optional<std::uint32_t> kHz;
   if (!arguments.target.empty()) {
     kHz = ParseChannelOrFrequencyKHz(arguments.target, session.Raster());
-    session.RequireInTvBand(*kHz);
+    session.RequireInBand(kTvBand, *kHz);
   }
   session.StartTv();
-  if (kHz) session.Tune(*kHz);
+  if (kHz) session.Tune(kTvBand, *kHz);
 
   if (!options.json && kHz) std::cout << CarrierText(session, *kHz) << '\n';
   Json readings = Json::array();
@@ -87,14 +73,14 @@ int WatchSignal(const Options& options, const SignalArguments& arguments) {
   for (std::uint32_t i = 0; i < arguments.count && !interrupt.Requested(); ++i) {
     if (i > 0) Pause(arguments.intervalMs, interrupt);
     if (interrupt.Requested()) break;
-    const Signal signal = session.ReadSignal();
+    const Signal signal = session.ReadSignal(kTvBand);
     const std::uint64_t now = host::ClockMilliseconds() - start;
     if (options.json) {
       Json reading = {{"time_ms", now}};
-      reading.update(SignalJson(signal));
+      reading.update(TvSignalJson(signal));
       readings.push_back(reading);
     } else {
-      std::cout << DurationText(now) << ": " << SignalText(signal) << std::endl;
+      std::cout << DurationText(now) << ": " << TvSignalText(signal) << std::endl;
     }
   }
   if (options.json) {
@@ -113,7 +99,7 @@ int WatchSignal(const Options& options, const SignalArguments& arguments) {
 void AddTuningCommands(CLI::App& app, Command& chosen) {
   CLI::App* tune = app.add_subcommand("tune", "Tune the card and read the signal there");
   tune->require_subcommand(1);
-  tune->footer("Example:\n  zelk tune tv 175.25MHz");
+  tune->footer("Examples:\n  zelk tune tv 175.25MHz\n  zelk tune fm 98.6MHz");
   CLI::App* tv = tune->add_subcommand("tv", "Tune a TV channel");
   auto target = std::make_shared<std::string>();
   tv->add_option(
@@ -129,6 +115,8 @@ void AddTuningCommands(CLI::App& app, Command& chosen) {
   tv->callback([&chosen, target] {
     chosen = [target](const Options& options) { return TuneTv(options, *target); };
   });
+
+  AddTuneFm(*tune, chosen);
 
   CLI::App* signal = app.add_subcommand("signal", "Read the signal once or watch it");
   auto arguments = std::make_shared<SignalArguments>();

@@ -52,7 +52,16 @@ INSTANTIATE_TEST_SUITE_P(
                       ErrorCase{"eeprom --offset 0xF0 --length 17", 2, {"--length", "16"}},
                       ErrorCase{"i2c read 0x1C2 1", 2, {"0x1C2"}},
                       ErrorCase{"i2c read 0xC3 0", 2, {"count"}},
-                      ErrorCase{"i2c write 0xC2 1 2 three", 2, {"\"three\""}}));
+                      ErrorCase{"i2c write 0xC2 1 2 three", 2, {"\"three\""}},
+                      ErrorCase{"tune fm E5", 2, {"\"E5\"", "MHz"}},
+                      ErrorCase{"seek left 95MHz", 2, {"\"left\"", "up or down"}},
+                      ErrorCase{"fm mode loud 95MHz", 2, {"\"loud\"", "stereo or mono"}},
+                      ErrorCase{"scan fm --from 99MHz --to 98MHz", 2, {"99000", "98000"}},
+                      ErrorCase{"audio set loudness=1", 2, {"\"loudness\"", "volume", "gain.0xID"}},
+                      ErrorCase{"audio set bass", 2, {"\"bass\"", "KEY=VALUE"}},
+                      ErrorCase{"audio set bass=deep", 2, {"bass", "\"deep\""}},
+                      ErrorCase{"audio set bass=0x100000000", 2, {"bass", "4294967295"}},
+                      ErrorCase{"audio set gain.bass=1", 2, {"property id", "\"bass\""}}));
 
 INSTANTIATE_TEST_SUITE_P(
     Refusals, Errors,
@@ -60,6 +69,9 @@ INSTANTIATE_TEST_SUITE_P(
         ErrorCase{"tune tv 999999", 1, {"999999 kHz", "48250 to 855250"}},
         // Where the plan has no channel 21 of that name it is 21 kHz.
         ErrorCase{"tune tv 21", 1, {"21 kHz"}},
+        ErrorCase{"tune fm 120MHz", 1, {"120000 kHz", "FM band", "87500 to 108000"}},
+        ErrorCase{"seek up 80MHz", 1, {"80000 kHz", "87500 to 108000"}},
+        ErrorCase{"scan fm --to 109MHz", 1, {"109000 kHz", "87500 to 108000"}},
         ErrorCase{"info --air atlantis", 1, {"atlantis", "western-europe-city"}},
         ErrorCase{"info --air broken.json", 1, {"broken.json"}},
         ErrorCase{"i2c read 0x51 1", 1, {"0x51", "E_FAIL (0x80004005)", "see zelkapi_713x.log"}}));

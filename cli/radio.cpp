@@ -1,0 +1,167 @@
+// zelk tune fm, zelk seek, zelk fm
+#include <CLI/CLI.hpp>
+#include <array>
+#include <iostream>
+
+#include "cli/commands.h"
+#include "cli/interrupt.h"
+#include "cli/parse.h"
+#include "cli/signal_text.h"
+#include "cli/sweep.h"
+
+namespace zelk::cli {
+namespace {
+
+struct SeekDirection {
+  const char* name;
+  std::uint32_t code;  // of the library's FM scan
+  const char* beyond;
+};
+
+constexpr std::array<SeekDirection, 2> kSeekDirections{{{"up", 1, "above"}, {"down", 2, "below"}}};
+
+struct AudioMode {
+  const char* name;
+  std::uint32_t code;
+};
+
+constexpr std::array<AudioMode, 2> kAudioModes{{{"stereo", 1}, {"mono", 0}}};
+
+template <class Rows>
+const auto& RowNamed(const Rows& rows, const std::string& name, const char* what) {
+  std::string names;
+  for (const auto& row : rows) {
+    if (row.name == name) return row;
+    names += (names.empty() ? "" : " or ") + std::string(row.name);
+  }
+  throw UsageError(std::string(what) + " \"" + name + "\" is not " + names);
+}
+
+// Tunes the station and shows what is there, in `mode` if one is given.
+int ShowStation(const Options& options, const char* command, const std::string& target,
+                const AudioMode* mode) {
+  const std::uint32_t kHz = ParseFrequencyKHz(target);
+  Session session(options);
+  session.RequireInBand(kFmBand, kHz);
+  session.StartFm();
+  session.Tune(kFmBand, kHz);
+  if (mode) {
+    session.Check(ZELK_FMSetAudioMode(mode->code), std::string("switch to ") + mode->name);
+  }
+  const Signal signal = session.ReadSignal(kFmBand);
+  if (options.json) {
+    Json result = {
+        {"command", command}, {"card", session.CardDescription()}, {"frequency_khz", kHz}};
+    if (mode) result["mode"] = mode->name;
+    result.update(FmSignalJson(signal));
+    PrintJson(result);
+  } else {
+    std::cout << MegahertzText(kHz) << " MHz" << (mode ? std::string(" in ") + mode->name : "")
+              << ": " << FmSignalText(signal) << '\n';
+  }
+  return kExitSuccess;
+}
+
+int Seek(const Options& options, const std::string& directionName, const std::string& reference) {
+  const SeekDirection& direction = RowNamed(kSeekDirections, directionName, "direction");
+  const std::uint32_t kHz = ParseFrequencyKHz(reference);
+  const Interrupt interrupt;
+  Session session(options);
+  session.RequireInBand(kFmBand, kHz);
+  session.StartFm();
+  // A scan looks at no result code. A board that cannot be tuned shows here.
+  session.Tune(kFmBand, kHz);
+  const ZELK_HWInfo info = session.HWInfo();
+
+  Sweep::Settings settings;
+  settings.scan = [&](ZELK_ScanCallback callback, std::uint32_t command) {
+    return ZELK_FMAllFreqScan(callback, command, direction.code, kHz, info.FmLowKHz,
+                              info.FmHighKHz);
+  };
+  // The library seeks downward past the end of the band and past zero, where the frequency wraps.
+  settings.lowestKHz = info.FmLowKHz;
+  settings.highestKHz = info.FmHighKHz;
+  Sweep sweep(settings, interrupt);
+  session.Check(sweep.Run(), "seek a station");
+
+  const bool found = !sweep.Found().empty();
+  if (options.json) {
+    Json result = {{"command", "seek"},
+                   {"card", session.CardDescription()},
+                   {"direction", direction.name},
+                   {"from_khz", kHz},
+                   {"found", found},
+                   {"interrupted", sweep.Interrupted()},
+                   {"frequency_khz", nullptr},
+                   {"stereo", nullptr}};
+    if (found) {
+      result["frequency_khz"] = sweep.Found().front().kHz;
+      result["stereo"] = sweep.Found().front().stereo;
+    }
+    PrintJson(result);
+  } else if (found) {
+    const Sweep::Find& station = sweep.Found().front();
+    std::cout << MegahertzText(station.kHz) << " MHz, " << (station.stereo ? "stereo" : "mono")
+              << '\n';
+  } else if (sweep.Interrupted()) {
+    std::cout << "Interrupted at " << MegahertzText(sweep.NextKHz()) << " MHz\n";
+  } else {
+    std::cout << "no station " << direction.beyond << ' ' << MegahertzText(kHz) << " MHz\n";
+  }
+  return sweep.Interrupted() ? kExitInterrupted : kExitSuccess;
+}
+
+struct RadioArguments {
+  std::string word;  // a direction or a mode
+  std::string frequency;
+};
+
+void AddFrequency(CLI::App& command, std::string& frequency, const char* what) {
+  command.add_option("frequency", frequency, std::string(what) + " (98000, 98000kHz, 98MHz)")
+      ->type_name("FREQ")
+      ->required();
+}
+
+}  // namespace
+
+void AddTuneFm(CLI::App& tune, Command& chosen) {
+  CLI::App* fm = tune.add_subcommand("fm", "Tune an FM station");
+  auto target = std::make_shared<std::string>();
+  AddFrequency(*fm, *target, "The station's carrier");
+  fm->footer("Examples:\n  zelk tune fm 90.8MHz\n  zelk tune fm 98600 --json");
+  fm->callback([&chosen, target] {
+    chosen = [target](const Options& options) {
+      return ShowStation(options, "tune fm", *target, nullptr);
+    };
+  });
+}
+
+void AddRadioCommands(CLI::App& app, Command& chosen) {
+  CLI::App* seek = app.add_subcommand("seek", "Seek the next FM station");
+  auto seeking = std::make_shared<RadioArguments>();
+  seek->add_option("direction", seeking->word, "up or down")->type_name("up|down")->required();
+  AddFrequency(*seek, seeking->frequency, "Where to begin");
+  seek->footer("Examples:\n  zelk seek up 95MHz\n  zelk seek down 95MHz --json");
+  seek->callback([&chosen, seeking] {
+    chosen = [seeking](const Options& options) {
+      return Seek(options, seeking->word, seeking->frequency);
+    };
+  });
+
+  CLI::App* fm = app.add_subcommand("fm", "Settings of the FM radio");
+  fm->require_subcommand(1);
+  fm->footer("Example:\n  zelk fm mode mono 90.8MHz");
+  CLI::App* mode = fm->add_subcommand("mode", "Receive a station in stereo or mono");
+  auto listening = std::make_shared<RadioArguments>();
+  mode->add_option("mode", listening->word, "stereo or mono")->type_name("stereo|mono")->required();
+  AddFrequency(*mode, listening->frequency, "The station's carrier");
+  mode->footer("Examples:\n  zelk fm mode mono 90.8MHz\n  zelk fm mode stereo 90.8MHz --json");
+  mode->callback([&chosen, listening] {
+    chosen = [listening](const Options& options) {
+      const AudioMode& mode = RowNamed(kAudioModes, listening->word, "mode");
+      return ShowStation(options, "fm mode", listening->frequency, &mode);
+    };
+  });
+}
+
+}  // namespace zelk::cli

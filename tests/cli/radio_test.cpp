@@ -1,0 +1,166 @@
+// FM radio: what is found must be what is on the air, and a search ends where the band does.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <ostream>
+
+#include "run_zelk.h"
+#include "virtual_cards/air.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+// How far from its carrier the library may report a station: two of its steps.
+constexpr double kReportToleranceKHz = 100;
+
+struct FmCase {
+  const char* card;
+  const char* place;
+};
+void PrintTo(const FmCase& scan, std::ostream* out) { *out << scan.card << " in " << scan.place; }
+
+class EveryFmBand : public ::testing::TestWithParam<FmCase> {};
+
+TEST_P(EveryFmBand, IsFoundWhole) {
+  const Zelk zelk;
+  const ZelkRun run = zelk.Run(std::string("scan fm --json --card virtual:") + GetParam().card +
+                               " --air " + GetParam().place);
+  ASSERT_EQ(run.exitCode, 0) << run.err;
+  const nlohmann::json scan = run.Json();
+  const double low = scan.at("band_low_khz");
+  const double high = scan.at("band_high_khz");
+  std::vector<virtual_cards::FmStation> onTheAir = virtual_cards::LoadAir(GetParam().place).fm;
+  std::erase_if(onTheAir, [&](const auto& station) {
+    return station.carrierKHz < low || station.carrierKHz > high;
+  });
+
+  const nlohmann::json& found = scan.at("stations");
+  ASSERT_EQ(found.size(), onTheAir.size()) << found;
+  for (std::size_t i = 0; i < onTheAir.size(); ++i) {
+    EXPECT_NEAR(found[i].at("frequency_khz").get<double>(), onTheAir[i].carrierKHz,
+                kReportToleranceKHz);
+    EXPECT_EQ(found[i].at("stereo"), onTheAir[i].stereo) << found[i];
+    EXPECT_TRUE(found[i].at("strength").is_number()) << found[i];
+  }
+}
+
+// One tuner for each way in which the library recognises a station, and for each band.
+INSTANTIATE_TEST_SUITE_P(ScanFm, EveryFmBand,
+                         ::testing::Values(FmCase{"saa7134", "western-europe-city"},
+                                           FmCase{"saa7134,tuner=5", "japan-city"},
+                                           FmCase{"saa7134,tuner=5", "us-city"},
+                                           FmCase{"saa7134,tuner=15", "french-city"},
+                                           FmCase{"saa7134,tuner=19", "eastern-europe-city"},
+                                           FmCase{"saa7134,tuner=21", "british-city"},
+                                           FmCase{"saa7134,tuner=40", "western-europe-city"},
+                                           FmCase{"saa7134,board=0xE3", "us-city"},
+                                           FmCase{"saa7134,board=0xE1", "japan-city"}));
+
+std::vector<std::uint32_t> FoundBy(const Zelk& zelk, const std::string& options) {
+  const nlohmann::json scan = zelk.Run("scan fm --json " + options).Json();
+  std::vector<std::uint32_t> found;
+  for (const auto& station : scan.at("stations"))
+    found.push_back(station.at("frequency_khz").get<std::uint32_t>());
+  return found;
+}
+
+TEST(ScanFm, KeepsWithinTheLimitsAskedFor) {
+  const Zelk zelk;
+  const std::vector<std::uint32_t> inside{95300, 96400, 97500};
+  EXPECT_EQ(FoundBy(zelk, "--from 95MHz --to 98MHz"), inside);
+  EXPECT_EQ(FoundBy(zelk, "--from 95MHz --stop-at 98MHz"), inside);
+}
+
+TEST(ScanFm, PrintsTheStationsAndTheirCount) {
+  const Zelk zelk;
+  const ZelkRun run = zelk.Run("scan fm --to 89MHz");
+  EXPECT_EQ(run.err, "");
+  EXPECT_THAT(run.out, StartsWith("Frequency (MHz)  Stereo  Level\n"
+                                  "         87.900  no          5\n"
+                                  "         88.600  yes         5\n"
+                                  "2 stations, 1 in stereo; "));
+}
+
+TEST(ScanFm, OnABoardWithoutFmWarnsAndPointsToTheReason) {
+  const Zelk zelk;
+  const ZelkRun run = zelk.Run("scan fm --card virtual:saa7134,tuner=46");
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_THAT(run.err, StartsWith("zelk: warning: "));
+  EXPECT_THAT(run.out, HasSubstr("\n0 stations, "));
+  EXPECT_THAT(run.out, HasSubstr("; see zelkapi_713x.log\n"));
+}
+
+TEST(Seek, FindsTheNextStationOrSaysThatThereIsNone) {
+  const Zelk zelk;
+  EXPECT_EQ(zelk.Run("seek up 95MHz").out, "95.300 MHz, stereo\n");
+  EXPECT_EQ(zelk.Run("seek up 98000").out, "98.600 MHz, mono\n");
+  const ZelkRun none = zelk.Run("seek up 107.9MHz");
+  EXPECT_EQ(none.out, "no station above 107.900 MHz\n");
+  EXPECT_EQ(none.exitCode, 0);
+
+  const nlohmann::json found = zelk.Run("seek up 95MHz --json").Json();
+  EXPECT_EQ(found.at("frequency_khz"), 95300);
+  EXPECT_EQ(found.at("stereo"), true);
+  EXPECT_EQ(zelk.Run("seek up 107.9MHz --json").Json().at("frequency_khz"), nullptr);
+}
+
+// Left alone the library goes on down to zero and around.
+TEST(Seek, DownwardEndsBelowTheBand) {
+  const Zelk zelk;
+  const ZelkRun run = zelk.Run("seek down 89MHz --air us-city");
+  EXPECT_EQ(run.exitCode, 0);
+  EXPECT_EQ(run.out, "no station below 89.000 MHz\n");
+  std::ifstream log(zelk.Folder() / "FMAutoScan.log");
+  int probes = 0;
+  int lowest = 1'000'000;
+  for (std::string line; std::getline(log, line);) {
+    int kHz = 0;
+    if (std::sscanf(line.c_str(), "Freq=%d", &kHz) != 1) continue;
+    ++probes;
+    lowest = std::min(lowest, kHz);
+  }
+  // From 88900 in steps of 50 kHz to the band's end at 87500, and what comes next is below it.
+  EXPECT_EQ(lowest, 87500);
+  EXPECT_EQ(probes, 29);
+}
+
+TEST(TuneFm, TellsAStationFromAnEmptyPlace) {
+  const Zelk zelk;
+  const nlohmann::json station = zelk.Run("tune fm 90.8MHz --json").Json();
+  EXPECT_EQ(station.at("frequency_khz"), 90800);
+  EXPECT_EQ(station.at("present"), true);
+  EXPECT_EQ(station.at("strength"), 5);
+  for (const char* text : {"90800", "90800kHz", "90.80mhz"})
+    EXPECT_EQ(zelk.Run(std::string("tune fm --json ") + text).Json(), station) << text;
+  EXPECT_THAT(zelk.Run("tune fm 90.3MHz").out, StartsWith("90.300 MHz: no signal, "));
+}
+
+// These tuners answer with their level figure, or 1, instead of a result code.
+TEST(TuneFm, TakesPositiveResultsForSuccess) {
+  const Zelk zelk;
+  for (const char* tuner : {"40", "41"}) {
+    const ZelkRun run =
+        zelk.Run(std::string("tune fm 95.3MHz --card virtual:saa7134,tuner=") + tuner);
+    EXPECT_EQ(run.exitCode, 0) << run.err;
+    EXPECT_THAT(run.out, StartsWith("95.300 MHz: signal, strength 95, "));
+  }
+}
+
+TEST(FmMode, ReachesTheTuner) {
+  const Zelk zelk;
+  const ZelkRun mono = zelk.Run("fm mode mono 90.8MHz --trace");
+  EXPECT_THAT(mono.out, StartsWith("90.800 MHz in mono: "));
+  // (2 * 90800 + 21400) / 100 = 2030; the control word with and without the forced mono.
+  EXPECT_THAT(mono.err, HasSubstr("i2c write C2: 07 EE 88 A7"));
+  const ZelkRun stereo = zelk.Run("fm mode stereo 90.8MHz --trace");
+  EXPECT_THAT(stereo.err, ::testing::Not(HasSubstr("07 EE 88 A7")));
+  EXPECT_EQ(zelk.Run("fm mode mono 90.8MHz --json").Json().at("mode"), "mono");
+}
+
+}  // namespace
+}  // namespace zelk::test
