@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "virtual_cards/cards/property_dispatch.h"
+#include "virtual_cards/cards/property_filter.h"
 #include "virtual_cards/cards/saa713x/property_sets.h"
 #include "virtual_cards/chips/tv_standard.h"
 
@@ -51,34 +51,14 @@ ULONG ReadWord(std::span<const BYTE> content) {
   return word;
 }
 
-class CaptureFilter final : public CardObject<IKsPropertySet, IAMAnalogVideoDecoder>,
-                            private PropertyHandler {
+constexpr FilterNames kNames = {"capture", "capture query IKsPropertySet",
+                                "capture query IAMAnalogVideoDecoder"};
+
+class CaptureFilter final : public PropertyFilter<IAMAnalogVideoDecoder> {
  public:
   explicit CaptureFilter(const std::shared_ptr<Saa713xHardware>& hardware)
-      : CardObject(Saa713xHardware::References(hardware)),
-        hardware_(hardware),
-        dispatch_(hardware->Gate(), "capture", kRows, *this) {}
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    std::string_view request;
-    if (iid == IidOf<IKsPropertySet>()) request = "capture query IKsPropertySet";
-    if (iid == IidOf<IAMAnalogVideoDecoder>()) request = "capture query IAMAnalogVideoDecoder";
-    return Gate().PassQuery(request, object,
-                            [&] { return CardObject::QueryInterface(iid, object); });
-  }
-
-  // --- IKsPropertySet ---
-  HRESULT STDMETHODCALLTYPE Set(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes,
-                                LPVOID data, DWORD dataBytes) override {
-    return dispatch_.Set(set, id, instance, instanceBytes, data, dataBytes);
-  }
-  HRESULT STDMETHODCALLTYPE Get(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes,
-                                LPVOID data, DWORD dataBytes, DWORD* returned) override {
-    return dispatch_.Get(set, id, instance, instanceBytes, data, dataBytes, returned);
-  }
-  HRESULT STDMETHODCALLTYPE QuerySupported(REFGUID set, DWORD id, DWORD* support) override {
-    return dispatch_.QuerySupported(set, id, support);
-  }
+      : PropertyFilter(Saa713xHardware::References(hardware), hardware->Gate(), kNames, kRows),
+        hardware_(hardware) {}
 
   // --- IAMAnalogVideoDecoder ---
   HRESULT STDMETHODCALLTYPE get_HorizontalLocked(LONG* locked) override {
@@ -112,8 +92,6 @@ class CaptureFilter final : public CardObject<IKsPropertySet, IAMAnalogVideoDeco
   HRESULT STDMETHODCALLTYPE get_OutputEnable(LONG*) override { return E_NOTIMPL; }
 
  private:
-  RequestGate& Gate() { return hardware_->Gate(); }
-
   template <class Value>
   HRESULT Answer(std::string_view request, LONG* place, Value value) {
     return Gate().Pass([=](TraceLine& line) { line.Text(request); },
@@ -161,7 +139,6 @@ class CaptureFilter final : public CardObject<IKsPropertySet, IAMAnalogVideoDeco
   }
 
   const std::shared_ptr<Saa713xHardware> hardware_;
-  PropertyDispatch dispatch_;
 };
 
 }  // namespace

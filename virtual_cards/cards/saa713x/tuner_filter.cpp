@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "virtual_cards/cards/property_dispatch.h"
+#include "virtual_cards/cards/property_filter.h"
 
 namespace zelk::virtual_cards {
 
@@ -27,33 +27,13 @@ constexpr PropertyRow kRows[] = {
      KSPROPERTY_SUPPORT_SET, DescribeFrequency},
 };
 
-class TunerFilter final : public CardObject<IKsPropertySet, IAMTVTuner>, private PropertyHandler {
+constexpr FilterNames kNames = {"tuner", "tuner query IKsPropertySet", "tuner query IAMTVTuner"};
+
+class TunerFilter final : public PropertyFilter<IAMTVTuner> {
  public:
   explicit TunerFilter(const std::shared_ptr<Saa713xHardware>& hardware)
-      : CardObject(Saa713xHardware::References(hardware)),
-        hardware_(hardware),
-        dispatch_(hardware->Gate(), "tuner", kRows, *this) {}
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    std::string_view request;
-    if (iid == IidOf<IKsPropertySet>()) request = "tuner query IKsPropertySet";
-    if (iid == IidOf<IAMTVTuner>()) request = "tuner query IAMTVTuner";
-    return Gate().PassQuery(request, object,
-                            [&] { return CardObject::QueryInterface(iid, object); });
-  }
-
-  // --- IKsPropertySet ---
-  HRESULT STDMETHODCALLTYPE Set(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes,
-                                LPVOID data, DWORD dataBytes) override {
-    return dispatch_.Set(set, id, instance, instanceBytes, data, dataBytes);
-  }
-  HRESULT STDMETHODCALLTYPE Get(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes,
-                                LPVOID data, DWORD dataBytes, DWORD* returned) override {
-    return dispatch_.Get(set, id, instance, instanceBytes, data, dataBytes, returned);
-  }
-  HRESULT STDMETHODCALLTYPE QuerySupported(REFGUID set, DWORD id, DWORD* support) override {
-    return dispatch_.QuerySupported(set, id, support);
-  }
+      : PropertyFilter(Saa713xHardware::References(hardware), hardware->Gate(), kNames, kRows),
+        hardware_(hardware) {}
 
   // --- IAMTVTuner ---
   HRESULT STDMETHODCALLTYPE put_Mode(AMTunerModeType mode) override {
@@ -100,8 +80,6 @@ class TunerFilter final : public CardObject<IKsPropertySet, IAMTVTuner>, private
   HRESULT STDMETHODCALLTYPE get_AudioFrequency(LONG*) override { return E_NOTIMPL; }
 
  private:
-  RequestGate& Gate() { return hardware_->Gate(); }
-
   HRESULT SetProperty(const PropertyRow&, std::span<const BYTE> content) override {
     const KSPROPERTY_TUNER_FREQUENCY_S request = ReadFrequency(content);
     return hardware_->TuneByDriver(request.Frequency, request.Country);
@@ -110,7 +88,6 @@ class TunerFilter final : public CardObject<IKsPropertySet, IAMTVTuner>, private
   HRESULT GetProperty(const PropertyRow&, std::span<BYTE>) override { return E_UNEXPECTED; }
 
   const std::shared_ptr<Saa713xHardware> hardware_;
-  PropertyDispatch dispatch_;
 };
 
 }  // namespace
