@@ -14,6 +14,7 @@ struct Options {
   std::string raster;                    // empty: the one that the air stands on
   std::string standard;                  // empty: the raster's
   std::optional<std::uint32_t> country;  // absent: the raster's
+  bool easternFm = false;                // the FM band begins at 62 MHz
   bool json = false;
   bool trace = false;
   bool realtime = false;

@@ -28,6 +28,8 @@ void AddGlobalOptions(CLI::App& app, Options& options) {
                  "International dialling code of the country (default: the raster's)")
       ->type_name("CODE")
       ->check(CLI::Range(1, 9999));
+  app.add_flag("--eastern-fm", options.easternFm,
+               "Let the FM band begin at 62 MHz, for the lower band of Eastern Europe");
   app.add_flag("--json", options.json, "Print one JSON object instead of text");
   app.add_flag("--trace", options.trace,
                "Write what happens on the card's buses to standard error");

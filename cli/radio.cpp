@@ -1,7 +1,9 @@
 // zelk tune fm, zelk seek, zelk fm
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <iostream>
+#include <optional>
 
 #include "cli/commands.h"
 #include "cli/interrupt.h"
@@ -12,13 +14,68 @@
 namespace zelk::cli {
 namespace {
 
+struct SeekResult {
+  std::optional<Sweep::Find> station;
+  std::uint32_t nextKHz;  // where the search would have gone on
+  bool interrupted;
+};
+
+// Directions of the library's FM scan.
+constexpr std::uint32_t kSweepUp = 0;
+constexpr std::uint32_t kSeekUp = 1;
+constexpr std::uint32_t kStationGapKHz = 100;
+
+SeekResult SeekUp(const Session& session, const Interrupt& interrupt, std::uint32_t fromKHz) {
+  const ZELK_HWInfo info = session.HWInfo();
+  Sweep::Settings settings;
+  settings.scan = [&](ZELK_ScanCallback callback, std::uint32_t command) {
+    return ZELK_FMAllFreqScan(callback, command, kSeekUp, fromKHz, info.FmLowKHz, info.FmHighKHz);
+  };
+  Sweep sweep(settings, interrupt);
+  session.Check(sweep.Run(), "seek a station");
+  std::optional<Sweep::Find> station;
+  if (!sweep.Found().empty()) station = sweep.Found().front();
+  return {station, sweep.NextKHz(), sweep.Interrupted()};
+}
+
+// The library recognises a station by what lies below it, so that its own downward seek passes
+// stations by. This one sweeps upward through a short stretch, then through the one below it, and
+// so on, until a stretch has a station: its last one is the nearest.
+SeekResult SeekDown(const Session& session, const Interrupt& interrupt, std::uint32_t fromKHz) {
+  constexpr std::uint32_t kStretchKHz = 1000;
+  // Probes that a station needs below and above it to be recognised.
+  constexpr std::uint32_t kMarginKHz = 200;
+  const ZELK_HWInfo info = session.HWInfo();
+  std::uint32_t top = fromKHz - kStationGapKHz;
+  while (top > info.FmLowKHz) {
+    const std::uint32_t bottom = std::max(top - kStretchKHz, info.FmLowKHz);
+    const std::uint32_t low = std::max(bottom - kMarginKHz, info.FmLowKHz);
+    const std::uint32_t high = std::min(top + kMarginKHz, info.FmHighKHz);
+    Sweep::Settings settings;
+    settings.scan = [=](ZELK_ScanCallback callback, std::uint32_t command) {
+      return ZELK_FMAllFreqScan(callback, command, kSweepUp, 0, low, high);
+    };
+    Sweep sweep(settings, interrupt);
+    session.Check(sweep.Run(), "seek a station");
+    if (sweep.Interrupted()) return {std::nullopt, sweep.NextKHz(), true};
+    std::optional<Sweep::Find> station;
+    for (const Sweep::Find& find : sweep.Found()) {
+      if (find.kHz >= bottom && find.kHz <= top) station = find;
+    }
+    if (station) return {station, bottom, false};
+    top = bottom;
+  }
+  return {std::nullopt, info.FmLowKHz, false};
+}
+
 struct SeekDirection {
   const char* name;
-  std::uint32_t code;  // of the library's FM scan
+  SeekResult (*seek)(const Session&, const Interrupt&, std::uint32_t);
   const char* beyond;
 };
 
-constexpr std::array<SeekDirection, 2> kSeekDirections{{{"up", 1, "above"}, {"down", 2, "below"}}};
+constexpr std::array<SeekDirection, 2> kSeekDirections{
+    {{"up", SeekUp, "above"}, {"down", SeekDown, "below"}}};
 
 struct AudioMode {
   const char* name;
@@ -71,44 +128,32 @@ int Seek(const Options& options, const std::string& directionName, const std::st
   session.StartFm();
   // A scan looks at no result code. A board that cannot be tuned shows here.
   session.Tune(kFmBand, kHz);
-  const ZELK_HWInfo info = session.HWInfo();
+  const SeekResult result = direction.seek(session, interrupt, kHz);
+  const auto& station = result.station;
 
-  Sweep::Settings settings;
-  settings.scan = [&](ZELK_ScanCallback callback, std::uint32_t command) {
-    return ZELK_FMAllFreqScan(callback, command, direction.code, kHz, info.FmLowKHz,
-                              info.FmHighKHz);
-  };
-  // The library seeks downward past the end of the band and past zero, where the frequency wraps.
-  settings.lowestKHz = info.FmLowKHz;
-  settings.highestKHz = info.FmHighKHz;
-  Sweep sweep(settings, interrupt);
-  session.Check(sweep.Run(), "seek a station");
-
-  const bool found = !sweep.Found().empty();
   if (options.json) {
-    Json result = {{"command", "seek"},
-                   {"card", session.CardDescription()},
-                   {"direction", direction.name},
-                   {"from_khz", kHz},
-                   {"found", found},
-                   {"interrupted", sweep.Interrupted()},
-                   {"frequency_khz", nullptr},
-                   {"stereo", nullptr}};
-    if (found) {
-      result["frequency_khz"] = sweep.Found().front().kHz;
-      result["stereo"] = sweep.Found().front().stereo;
+    Json json = {{"command", "seek"},
+                 {"card", session.CardDescription()},
+                 {"direction", direction.name},
+                 {"from_khz", kHz},
+                 {"found", station.has_value()},
+                 {"interrupted", result.interrupted},
+                 {"frequency_khz", nullptr},
+                 {"stereo", nullptr}};
+    if (station) {
+      json["frequency_khz"] = station->kHz;
+      json["stereo"] = station->stereo;
     }
-    PrintJson(result);
-  } else if (found) {
-    const Sweep::Find& station = sweep.Found().front();
-    std::cout << MegahertzText(station.kHz) << " MHz, " << (station.stereo ? "stereo" : "mono")
+    PrintJson(json);
+  } else if (station) {
+    std::cout << MegahertzText(station->kHz) << " MHz, " << (station->stereo ? "stereo" : "mono")
               << '\n';
-  } else if (sweep.Interrupted()) {
-    std::cout << "Interrupted at " << MegahertzText(sweep.NextKHz()) << " MHz\n";
+  } else if (result.interrupted) {
+    std::cout << "Interrupted at " << MegahertzText(result.nextKHz) << " MHz\n";
   } else {
     std::cout << "no station " << direction.beyond << ' ' << MegahertzText(kHz) << " MHz\n";
   }
-  return sweep.Interrupted() ? kExitInterrupted : kExitSuccess;
+  return result.interrupted ? kExitInterrupted : kExitSuccess;
 }
 
 struct RadioArguments {

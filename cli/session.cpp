@@ -69,8 +69,9 @@ Session::Session(const Options& options) : cardDescription_(options.card) {
   if (options.trace) card_->AttachTrace(&trace_);
   capture_ = card_->CaptureFilter();
   tuner_ = card_->TunerFilter();
-  Check(ZELK_HWInit(capture_.Get(), FriendlyName().c_str(), tuner_.Get(), 0),
-        "initialise the card \"" + FriendlyName() + '"');
+  Check(
+      ZELK_HWInit(capture_.Get(), FriendlyName().c_str(), tuner_.Get(), options.easternFm ? 1 : 0),
+      "initialise the card \"" + FriendlyName() + '"');
 }
 
 void Session::StartTv() {

@@ -95,6 +95,16 @@ TEST(ScanFm, OnABoardWithoutFmWarnsAndPointsToTheReason) {
   EXPECT_THAT(run.out, HasSubstr("; see zelkapi_713x.log\n"));
 }
 
+TEST(EasternBand, NeedsItsOption) {
+  const Zelk zelk;
+  EXPECT_EQ(zelk.Run("scan fm --air eastern-europe-city --from 65MHz --to 75MHz").exitCode, 1);
+  const auto found =
+      zelk.Run("scan fm --air eastern-europe-city --eastern-fm --from 65MHz --to 75MHz --json")
+          .Json()
+          .at("stations");
+  EXPECT_EQ(found.size(), 9u);
+}
+
 TEST(Seek, FindsTheNextStationOrSaysThatThereIsNone) {
   const Zelk zelk;
   EXPECT_EQ(zelk.Run("seek up 95MHz").out, "95.300 MHz, stereo\n");
@@ -109,24 +119,18 @@ TEST(Seek, FindsTheNextStationOrSaysThatThereIsNone) {
   EXPECT_EQ(zelk.Run("seek up 107.9MHz --json").Json().at("frequency_khz"), nullptr);
 }
 
-// Left alone the library goes on down to zero and around.
-TEST(Seek, DownwardEndsBelowTheBand) {
+TEST(Seek, DownwardFindsTheNearestStationBelow) {
   const Zelk zelk;
-  const ZelkRun run = zelk.Run("seek down 89MHz --air us-city");
-  EXPECT_EQ(run.exitCode, 0);
-  EXPECT_EQ(run.out, "no station below 89.000 MHz\n");
-  std::ifstream log(zelk.Folder() / "FMAutoScan.log");
-  int probes = 0;
-  int lowest = 1'000'000;
-  for (std::string line; std::getline(log, line);) {
-    int kHz = 0;
-    if (std::sscanf(line.c_str(), "Freq=%d", &kHz) != 1) continue;
-    ++probes;
-    lowest = std::min(lowest, kHz);
-  }
-  // From 88900 in steps of 50 kHz to the band's end at 87500, and what comes next is below it.
-  EXPECT_EQ(lowest, 87500);
-  EXPECT_EQ(probes, 29);
+  EXPECT_EQ(zelk.Run("seek down 95.3MHz").out, "94.200 MHz, mono\n");
+  EXPECT_EQ(zelk.Run("seek down 95.4MHz").out, "95.300 MHz, stereo\n");
+  // The next one lies some stretches further down.
+  EXPECT_EQ(zelk.Run("seek down 88.5MHz").out, "87.900 MHz, mono\n");
+  EXPECT_EQ(zelk.Run("seek down 87.9MHz").out, "no station below 87.900 MHz\n");
+  EXPECT_EQ(zelk.Run("seek down 87500").out, "no station below 87.500 MHz\n");
+  EXPECT_EQ(zelk.Run("seek down 87MHz --card virtual:saa7134,tuner=5 --air japan-city --json")
+                .Json()
+                .at("found"),
+            true);
 }
 
 TEST(TuneFm, TellsAStationFromAnEmptyPlace) {
