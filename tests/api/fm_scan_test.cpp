@@ -19,18 +19,8 @@ using virtual_cards::Saa713xOptions;
 using Strings = std::vector<std::string>;
 using Bytes = std::vector<std::uint8_t>;
 
-std::function<void(std::uint32_t, std::uint32_t)> atEvent;
-
-void ZELK_CALL ActOnEvent(uint32_t event, uint32_t value, uint32_t extra) {
-  RecordScanEvent(event, value, extra);
-  if (atEvent) atEvent(event, value);
-}
-
 class FmScan : public CardTest {
  protected:
-  FmScan() { atEvent = nullptr; }
-  ~FmScan() override { atEvent = nullptr; }
-
   void PlugFm(const Saa713xOptions& options, virtual_cards::Air air = {}) {
     Plug(options, std::move(air));
     ASSERT_EQ(Init(), S_OK);
@@ -335,17 +325,17 @@ TEST_F(FmScan, CommandsAndRefusals) {
   // While one runs: a start is refused without a word, the TV scan's with E_FAIL, and either stop
   // stops both.
   int positions = 0;
-  atEvent = [&](std::uint32_t event, std::uint32_t) {
+  atScanEvent = [&](std::uint32_t event, std::uint32_t) {
     if (event != ZELK_EVENT_POSITION) return;
     const auto before = scanEvents.size();
-    EXPECT_EQ(ZELK_FMAllFreqScan(ActOnEvent, ZELK_SCAN_START, 0, 0, 0, 0), S_OK);
-    EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), E_FAIL);
+    EXPECT_EQ(ZELK_FMAllFreqScan(ActOnScanEvent, ZELK_SCAN_START, 0, 0, 0, 0), S_OK);
+    EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_START), E_FAIL);
     EXPECT_EQ(scanEvents.size(), before);
     if (++positions == 2) {
       EXPECT_EQ(ZELK_AllFreqScan(nullptr, ZELK_SCAN_STOP), S_OK);
     }
   };
-  EXPECT_EQ(ZELK_FMAllFreqScan(ActOnEvent, ZELK_SCAN_START, 0, 0, 88000, 89000), S_OK);
+  EXPECT_EQ(ZELK_FMAllFreqScan(ActOnScanEvent, ZELK_SCAN_START, 0, 0, 88000, 89000), S_OK);
   // Stopped at the end of the second probe.
   EXPECT_THAT(scanEvents,
               ElementsAre("1001 0", "1002 5", "1004 88050", "1002 10", "1004 88100", "1005 0"));
@@ -357,7 +347,7 @@ TEST_F(FmScan, NestedScanTakesTheCallbackOver) {
   static Strings nestedEvents;
   nestedEvents.clear();
   bool nested = false;
-  atEvent = [&](std::uint32_t event, std::uint32_t) {
+  atScanEvent = [&](std::uint32_t event, std::uint32_t) {
     if (event != ZELK_EVENT_STARTED || nested) return;
     nested = true;
     const auto recordNested = [](uint32_t code, uint32_t, uint32_t) {
@@ -365,7 +355,7 @@ TEST_F(FmScan, NestedScanTakesTheCallbackOver) {
     };
     EXPECT_EQ(ZELK_FMAllFreqScan(recordNested, 7, 0, 0, 107900, 108000), S_OK);
   };
-  EXPECT_EQ(ZELK_FMAllFreqScan(ActOnEvent, ZELK_SCAN_START, 0, 0, 88000, 89000), S_OK);
+  EXPECT_EQ(ZELK_FMAllFreqScan(ActOnScanEvent, ZELK_SCAN_START, 0, 0, 88000, 89000), S_OK);
   EXPECT_THAT(scanEvents, ElementsAre("1001 0"));
   EXPECT_EQ(nestedEvents.front(), "1001");
   EXPECT_EQ(nestedEvents.back(), "1005");
@@ -377,12 +367,14 @@ TEST_F(FmScan, CardFreedByACallbackSilencesTheScan) {
       PlugFm({.tunerType = 1});
       card->FitChip(0xC2, &tuner);
       tuner.Tell({3, 1, 4, 4});
-      atEvent = [&](std::uint32_t event, std::uint32_t) {
+      atScanEvent = [&](std::uint32_t event, std::uint32_t) {
         if (event != at) return;
         exchange ? static_cast<void>(Init()) : ZELK_Free();
-        atEvent = [](std::uint32_t, std::uint32_t) { ADD_FAILURE() << "an event after the end"; };
+        atScanEvent = [](std::uint32_t, std::uint32_t) {
+          ADD_FAILURE() << "an event after the end";
+        };
       };
-      EXPECT_EQ(ZELK_FMAllFreqScan(ActOnEvent, ZELK_SCAN_START, 0, 0, 98000, 99000), S_OK);
+      EXPECT_EQ(ZELK_FMAllFreqScan(ActOnScanEvent, ZELK_SCAN_START, 0, 0, 98000, 99000), S_OK);
     }
   }
 }

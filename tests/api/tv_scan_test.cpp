@@ -11,19 +11,8 @@ using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 
-// What the running test wants done at an event.
-std::function<void(std::uint32_t, std::uint32_t)> atEvent;
-
-void ZELK_CALL ActOnEvent(uint32_t event, uint32_t value, uint32_t extra) {
-  RecordScanEvent(event, value, extra);
-  if (atEvent) atEvent(event, value);
-}
-
 class TvScan : public CardTest {
  protected:
-  TvScan() { atEvent = nullptr; }
-  ~TvScan() override { atEvent = nullptr; }
-
   static std::vector<std::string> EventsOf(const std::string& code) {
     std::vector<std::string> events;
     for (const std::string& event : scanEvents) {
@@ -91,10 +80,10 @@ TEST_F(TvScan, AlpsModulesReportByTheirAfcReading) {
 
 TEST_F(TvScan, EventsInOrder) {
   PlugTv(5, MakeAir({55500}, AnalogVideo_NTSC_M));
-  atEvent = [](std::uint32_t event, std::uint32_t value) {
+  atScanEvent = [](std::uint32_t event, std::uint32_t value) {
     if (event == ZELK_EVENT_POSITION && value >= 61000) ZELK_AllFreqScan(nullptr, 0);
   };
-  EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), S_FALSE);
+  EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_START), S_FALSE);
   EXPECT_THAT(scanEvents, ElementsAre("1001 0", "1002 0", "1004 55500", "1003 55500", "1002 0",
                                       "1004 60750", "1002 0", "1004 61000", "1005 0"));
 }
@@ -130,11 +119,11 @@ TEST_F(TvScan, CommandsWhileNothingRuns) {
 TEST_F(TvScan, StopAtTheFirstEventProbesNothing) {
   PlugTv(1);
   TakeTrace();
-  atEvent = [](std::uint32_t event, std::uint32_t) {
+  atScanEvent = [](std::uint32_t event, std::uint32_t) {
     if (event != ZELK_EVENT_STARTED) return;
-    EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_STOP), S_OK);
+    EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_STOP), S_OK);
   };
-  EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), S_FALSE);
+  EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_START), S_FALSE);
   EXPECT_THAT(scanEvents, ElementsAre("1001 0", "1005 0"));
   EXPECT_THAT(TakeTrace(), IsEmpty());
 }
@@ -142,15 +131,15 @@ TEST_F(TvScan, StopAtTheFirstEventProbesNothing) {
 TEST_F(TvScan, SecondStartIsRefusedAndAnotherCommandNests) {
   PlugTv(1, MakeAir({855000}));
   bool nested = false;
-  atEvent = [&](std::uint32_t event, std::uint32_t) {
+  atScanEvent = [&](std::uint32_t event, std::uint32_t) {
     if (event != ZELK_EVENT_POSITION || nested) return;
     nested = true;
     const auto before = scanEvents.size();
-    EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), E_FAIL);
+    EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_START), E_FAIL);
     EXPECT_EQ(scanEvents.size(), before);
-    EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, 2), S_FALSE);
+    EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, 2), S_FALSE);
   };
-  EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), S_FALSE);
+  EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_START), S_FALSE);
   // The nested sweep runs to the end of the band and its end is the outer one's too.
   EXPECT_THAT(EventsOf("1001"), ElementsAre("1001 0", "1001 0"));
   EXPECT_THAT(EventsOf("1005"), ElementsAre("1005 0", "1005 0"));
@@ -164,12 +153,12 @@ TEST_F(TvScan, CardFreedOrExchangedByACallback) {
       PlugTv(1, MakeAir({48250, 55250}));
       scanEvents.clear();
       bool done = false;
-      atEvent = [&](std::uint32_t event, std::uint32_t) {
+      atScanEvent = [&](std::uint32_t event, std::uint32_t) {
         if (event != at || done) return;
         done = true;
         exchange ? static_cast<void>(Init()) : ZELK_Free();
       };
-      EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), S_FALSE);
+      EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_START), S_FALSE);
       EXPECT_TRUE(done);
       EXPECT_LE(EventsOf("1003").size(), 1u);
       EXPECT_LE(EventsOf("1004").size(), 1u);
@@ -210,7 +199,7 @@ TEST_F(TvScanWithWindow, StopFinishesTheCurrentProbe) {
   PlugTv(1, MakeAir({48250}));
   atMessage = [] { EXPECT_EQ(ZELK_AllFreqScan(nullptr, ZELK_SCAN_STOP), S_OK); };
   PostMessageA(window, WM_APP, 0, 0);
-  EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), S_FALSE);
+  EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_START), S_FALSE);
   EXPECT_THAT(scanEvents, ElementsAre("1001 0", "1003 48250", "1002 0", "1004 53500", "1005 0"));
 }
 
@@ -223,7 +212,7 @@ TEST_F(TvScanWithWindow, CardFreedInTheMiddleOfAProbeFindsNothing) {
       scanEvents.clear();
       atMessage = [&] { exchange ? static_cast<void>(Init()) : ZELK_Free(); };
       PostMessageA(window, WM_APP, 0, 0);
-      EXPECT_EQ(ZELK_AllFreqScan(ActOnEvent, ZELK_SCAN_START), S_FALSE);
+      EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_START), S_FALSE);
       EXPECT_THAT(EventsOf("1003"), IsEmpty()) << type;
       EXPECT_EQ(EventsOf("1004").size(), 1u);
       EXPECT_EQ(scanEvents.back(), "1005 0");

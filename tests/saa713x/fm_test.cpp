@@ -1,5 +1,5 @@
 // FM radio: the bytes for each kind of tuner, and what its readings mean.
-#include <array>
+#include <map>
 
 #include "tests/support/card_test.h"
 #include "tests/support/reading.h"
@@ -15,6 +15,12 @@ using virtual_cards::Saa713xOptions;
 using Lines = std::vector<std::string>;
 
 constexpr HRESULT kOtherFailure = static_cast<HRESULT>(0x8007001F);
+
+// Every tuner type that a board can carry, but for the ALPS modules, which have boards of their
+// own.
+constexpr std::uint32_t kOrdinaryTuners[] = {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13,
+                                             14, 15, 16, 17, 18, 19, 20, 21, 24, 25, 26, 27, 28, 29,
+                                             30, 31, 32, 33, 34, 35, 36, 37, 42, 43, 44, 45};
 
 class Fm : public CardTest {
  protected:
@@ -38,21 +44,19 @@ const Lines kFmModeSwitch = {"capture set ZELK_SAA.65 00000000", "tuner query IA
                              "tuner mode 2", "capture set ZELK_SAA.65 00000001"};
 
 TEST_F(Fm, SwitchingToFm) {
-  const Lines classic = {"i2c write C2: 08 5E 8E A0"};
-  const std::pair<std::uint32_t, Lines> cases[] = {
-      {1, classic},
-      {11, classic},
-      {28, classic},
-      {34, classic},
+  std::map<std::uint32_t, Lines> cases = {
       {13, {"i2c write C2: 0C 3C 86 41 A0 00 00", "i2c write 86: 00 4E 90 74"}},
       {15, {"i2c write C2: 0B CE 86 21 A0", "i2c write 86: 00 4E D0 77"}},
       {19, {"i2c write 86: 00 4E DF 5C"}},
       {21, {"i2c write C2: 0B CE CE 01", "i2c write 86: 00 5A 90 20"}},
-      {17, {}},
-      {44, {}},
       {40, kFmModeSwitch},
       {41, kFmModeSwitch},
   };
+  for (const std::uint32_t type : {1u, 3u, 5u, 7u, 9u, 11u, 26u, 28u, 32u, 34u}) {
+    cases[type] = {"i2c write C2: 08 5E 8E A0"};
+  }
+  // All others need nothing.
+  for (const std::uint32_t type : kOrdinaryTuners) cases.try_emplace(type);
   for (const auto& [type, expected] : cases) {
     PlugTuner(type);
     ASSERT_EQ(Init(), S_OK);
@@ -112,10 +116,7 @@ TEST_F(Fm, RefusedModeSwitchOfSiliconTuners) {
 }
 
 TEST_F(Fm, TuningWords) {
-  const std::pair<std::uint32_t, const char*> cases[] = {
-      // (196000 + 21400) / 100 = 2174
-      {1, "08 7E 88 A5"},
-      {17, "08 7E 88 A5"},
+  std::map<std::uint32_t, const char*> cases = {
       {13, "08 7E 80 19 A0"},
       {15, "08 7E 80 19 A0"},
       {21, "08 7E 88 09"},
@@ -124,11 +125,14 @@ TEST_F(Fm, TuningWords) {
       // (98000 + 41250) / 50 = 2785
       {30, "0A E1 88 A5"},
       {44, "08 7E C8 91"},
+      {45, "08 7E C8 91"},
   };
-  for (const auto& [type, word] : cases) {
+  for (const std::uint32_t type : kOrdinaryTuners) {
+    // (196000 + 21400) / 100 = 2174
+    cases.try_emplace(type, "08 7E 88 A5");
     PlugFmTuner(type);
-    EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr), S_OK);
-    EXPECT_THAT(TakeWrites("C2"), ElementsAre(word)) << type;
+    ZELK_FMSetFreq(98000, nullptr);
+    EXPECT_THAT(TakeWrites("C2"), ElementsAre(cases[type])) << type;
   }
   // The receiver chip: (98000 * 4000 - 900000) / 50000 = 7822.
   PlugFm({.boardConfig = 0xE3});
@@ -167,28 +171,46 @@ TEST_F(Fm, AudioModeAndTuneFlagChooseTheControlWord) {
 }
 
 TEST_F(Fm, AudioMode) {
-  struct Case {
-    std::uint32_t tunerType;
-    std::optional<std::uint32_t> boardConfig;
+  struct Modes {
     Lines stereo, mono;
   };
-  const Case cases[] = {
-      {0, {}, {"i2c write 86: 00 4E 90 4B"}, {"i2c write 86: 00 4E 30 4B"}},
-      {8, {}, {"i2c write 86: 00 4F 94 7D"}, {"i2c write 86: 00 4F 34 7D"}},
-      {28, {}, {"tv-audio mode 2"}, {"tv-audio mode 1"}},
-      // Others are tuned again: 90 MHz, as long as nothing else was tuned.
-      {1, {}, {"i2c write C2: 07 DE 88 A5"}, {"i2c write C2: 07 DE 88 A7"}},
-      {46,
-       0xE3,
-       {"gpio 27 := 0", "i2c write C0: 1C 0E A0 06 00"},
-       {"gpio 27 := 0", "i2c write C0: 1C 0E A8 06 00"}},
+  const Modes fiDemodulator = {{"i2c write 86: 00 4E 90 4B"}, {"i2c write 86: 00 4E 30 4B"}};
+  const Modes tvAudio = {{"tv-audio mode 2"}, {"tv-audio mode 1"}};
+  // Others are tuned again: 90 MHz, as long as nothing else was tuned.
+  const Modes again = {{"i2c write C2: 07 DE 88 A5"}, {"i2c write C2: 07 DE 88 A7"}};
+  std::map<std::uint32_t, Modes> cases = {
+      {0, fiDemodulator},
+      {2, fiDemodulator},
+      {6, fiDemodulator},
+      {8, {{"i2c write 86: 00 4F 94 7D"}, {"i2c write 86: 00 4F 34 7D"}}},
+      {27, tvAudio},
+      {28, tvAudio},
+      {13, {{"i2c write C2: 07 DE 80 19 A0"}, {"i2c write C2: 07 DE 80 19 A0"}}},
+      {15, {{"i2c write C2: 07 DE 80 19 A0"}, {"i2c write C2: 07 DE 80 19 A0"}}},
+      {19, {{"i2c write C2: 09 A2 80 19 B0"}, {"i2c write C2: 09 A2 80 19 B0"}}},
+      {21, {{"i2c write C2: 07 DE 88 09"}, {"i2c write C2: 07 DE 88 09"}}},
+      {30, {{"i2c write C2: 0A 41 88 A5"}, {"i2c write C2: 0A 41 88 A7"}}},
+      {44, {{"i2c write C2: 07 DE C8 91"}, {"i2c write C2: 07 DE C8 31"}}},
+      {45, {{"i2c write C2: 07 DE C8 91"}, {"i2c write C2: 07 DE C8 31"}}},
   };
-  for (const Case& one : cases) {
-    PlugFm({.tunerType = one.tunerType, .boardConfig = one.boardConfig});
-    EXPECT_EQ(ZELK_FMSetAudioMode(1), S_OK);
-    EXPECT_EQ(OnlyTransfers(), one.stereo) << one.tunerType;
-    EXPECT_EQ(ZELK_FMSetAudioMode(0), S_OK);
-    EXPECT_EQ(OnlyTransfers(), one.mono) << one.tunerType;
+  const auto expectModes = [&](const Modes& modes, std::uint32_t what) {
+    TakeTrace();
+    EXPECT_EQ(ZELK_FMSetAudioMode(1), S_OK) << what;
+    EXPECT_EQ(OnlyTransfers(), modes.stereo) << what;
+    EXPECT_EQ(ZELK_FMSetAudioMode(0), S_OK) << what;
+    EXPECT_EQ(OnlyTransfers(), modes.mono) << what;
+  };
+  for (const std::uint32_t type : kOrdinaryTuners) {
+    cases.try_emplace(type, again);
+    PlugFmTuner(type);
+    expectModes(cases[type], type);
+  }
+  for (const auto& [board, band] : {std::pair{0xE1u, "26"}, {0xE9u, "06"}, {0xE3u, "06"}}) {
+    PlugFm({.boardConfig = board});
+    const std::string tail = std::string(" ") + band + " 00";
+    expectModes({{"gpio 27 := 0", "i2c write C0: 1C 0E A0" + tail},
+                 {"gpio 27 := 0", "i2c write C0: 1C 0E A8" + tail}},
+                board);
   }
   card->Refuse("i2c write C0", kOtherFailure);
   TakeLog();

@@ -44,6 +44,7 @@ CardTest::CardTest() {
   host::UseVirtualClock();
   host::UseSettingsFolder(".");
   scanEvents.clear();
+  atScanEvent = nullptr;
 }
 
 CardTest::~CardTest() { Unplug(); }
@@ -117,6 +118,13 @@ void ZELK_CALL RecordScanEvent(uint32_t event, uint32_t value, uint32_t extra) {
   text << event << ' ' << value;
   if (extra != 0) text << ' ' << extra;
   scanEvents.push_back(text.str());
+}
+
+std::function<void(std::uint32_t, std::uint32_t)> atScanEvent;
+
+void ZELK_CALL ActOnScanEvent(uint32_t event, uint32_t value, uint32_t extra) {
+  RecordScanEvent(event, value, extra);
+  if (atScanEvent) atScanEvent(event, value);
 }
 
 std::vector<std::uint32_t> ScanTv() {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -67,6 +68,9 @@ class CardTest : public ::testing::Test {
 extern std::vector<std::string> scanEvents;
 // The third argument is shown when it is not 0.
 void ZELK_CALL RecordScanEvent(uint32_t event, uint32_t value, uint32_t extra);
+// The same, and then what the test wants done at an event. Nothing, when a test begins.
+extern std::function<void(std::uint32_t event, std::uint32_t value)> atScanEvent;
+void ZELK_CALL ActOnScanEvent(uint32_t event, uint32_t value, uint32_t extra);
 // Runs a whole TV scan and answers the frequencies that it reports.
 std::vector<std::uint32_t> ScanTv();
 
