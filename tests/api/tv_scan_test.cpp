@@ -78,6 +78,20 @@ TEST_F(TvScan, AlpsModulesReportByTheirAfcReading) {
   EXPECT_THAT(ScanTv(), ElementsAre(133250, 183250, 475250));
 }
 
+TEST_F(TvScan, AlpsModulesLeapPastAFoundChannel) {
+  for (const auto& [type, next] : {std::pair{46u, "1004 138500"}, {47u, "1004 139750"}}) {
+    PlugTv(type, MakeAir({133250}, AnalogVideo_NTSC_M));
+    ZELK_put_TVFormat(AnalogVideo_NTSC_M, 1);
+    scanEvents.clear();
+    ZELK_AllFreqScan(RecordScanEvent, ZELK_SCAN_START);
+    // Found at the probe on 133250; the next one lies 5250 or 6500 kHz further up.
+    const auto found = std::find_if(scanEvents.begin(), scanEvents.end(),
+                                    [](const auto& event) { return event.starts_with("1003"); });
+    ASSERT_LT(found + 2, scanEvents.end()) << type;
+    EXPECT_EQ(found[2], next);
+  }
+}
+
 TEST_F(TvScan, EventsInOrder) {
   PlugTv(5, MakeAir({55500}, AnalogVideo_NTSC_M));
   atScanEvent = [](std::uint32_t event, std::uint32_t value) {

@@ -1,6 +1,7 @@
 // FM radio: the bytes for each kind of tuner, and what its readings mean.
 #include <map>
 
+#include "platform/host/control.h"
 #include "tests/support/card_test.h"
 #include "tests/support/reading.h"
 #include "tests/support/told_chip.h"
@@ -61,8 +62,11 @@ TEST_F(Fm, SwitchingToFm) {
     PlugTuner(type);
     ASSERT_EQ(Init(), S_OK);
     TakeTrace();
+    const auto before = host::SleptMilliseconds();
     EXPECT_EQ(ZELK_FMInit(), S_OK) << type;
     EXPECT_EQ(OnlyTransfers(), expected) << type;
+    // Two modules need time between their PLL and their demodulator.
+    EXPECT_EQ(host::SleptMilliseconds() - before, type == 15 || type == 21 ? 80u : 0u) << type;
     // In FM mode now.
     EXPECT_EQ(ZELK_SetFreq(175250, nullptr), VFW_E_WRONG_STATE) << type;
     EXPECT_NE(ZELK_FMSetFreq(89000, nullptr), VFW_E_WRONG_STATE) << type;
@@ -220,7 +224,10 @@ TEST_F(Fm, AudioMode) {
 
 TEST_F(Fm, SiliconTuners) {
   PlugFmTuner(41);
+  const auto before = host::SleptMilliseconds();
   EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr), 1);
+  // 16 ms for the tuner's loop, 112 ms for its gain control.
+  EXPECT_EQ(host::SleptMilliseconds() - before, 20u + 115u);
   // Oscillator 98 - 3.9 + 5.5 = 99.6 MHz, times 8 in 250 kHz steps: 3187, times 4: 0x31CC.
   EXPECT_THAT(OnlyTransfers(),
               ElementsAre("i2c write 96: 21 C0", "i2c write C2: 07 26",

@@ -94,6 +94,15 @@ TEST_F(HwInit, MissingServerIsRegisteredOnce) {
   EXPECT_THAT(host::TakeExecutedCommands(), IsEmpty());
 }
 
+// The board answers the EEPROM reads behind its configuration and behind the driver's flag after 80
+// ms each.
+TEST_F(HwInit, WaitsForTheBoardTwice) {
+  PlugTuner(1);
+  const auto before = host::SleptMilliseconds();
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_EQ(host::SleptMilliseconds() - before, 160u);
+}
+
 TEST_F(HwInit, FailuresThatAreNoReasonToRefuse) {
   struct Case {
     const char* request;
