@@ -82,6 +82,20 @@ TEST_F(HwInit, EachRequiredStepRefused) {
   }
 }
 
+TEST_F(HwInit, RepeatedOnOneObjectStartsFromNothing) {
+  PlugTuner(1);
+  Saa713xDevice device;
+  {
+    const auto capture = card->CaptureFilter();
+    ASSERT_EQ(device.HWInit(capture.Get(), card->FriendlyName().c_str(), nullptr, 0), S_OK);
+  }
+  EXPECT_GT(card->LiveReferences(), 0);
+  device.InitialTV();
+  EXPECT_EQ(device.HWInit(nullptr, "another card", nullptr, 0), E_FAIL);
+  EXPECT_EQ(card->LiveReferences(), 0);
+  EXPECT_EQ(device.SetTVFreq(175250), E_FAIL);
+}
+
 TEST_F(HwInit, MissingServerIsRegisteredOnce) {
   PlugTuner(1);
   host::TakeExecutedCommands();
