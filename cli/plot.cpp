@@ -209,8 +209,9 @@ std::vector<double> SpreadNames(const std::vector<double>& wanted) {
   std::vector<double> places;
   for (const Block& block : blocks) {
     const double start = std::max(kLeft, std::min(block.Mean(), furthest));
-    for (double i = 0; i < block.count; ++i)
+    for (auto left = static_cast<std::size_t>(block.count); left > 0; --left) {
       places.push_back(start + static_cast<double>(places.size()) * kNameGap);
+    }
   }
   return places;
 }
