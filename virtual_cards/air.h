@@ -1,8 +1,9 @@
-// What is being broadcast: channel rasters, and the TV carriers and FM stations of a place, as data.
+// What is being broadcast: channel rasters, and the TV carriers and FM stations of a place, as
+// data.
 //
-// A raster is a national channel plan (names and picture carriers). A place names its raster and lists
-// what is on the air there. Both are JSON files in the data folder, so that a user can replace them:
-// data/rasters/<id>.json and data/places/<id>.json.
+// A raster is a national channel plan (names and picture carriers). A place names its raster and
+// lists what is on the air there. Both are JSON files in the data folder, so that a user can
+// replace them: data/rasters/<id>.json and data/places/<id>.json.
 #pragma once
 
 #include <cstdint>
@@ -20,10 +21,10 @@ struct RasterChannel {
 };
 
 struct Raster {
-  std::string id;              // file name without ending
-  std::string title;           // for people
-  std::uint32_t standard = 0;  // AnalogVideoStandard bit that applications set for it
-  std::int32_t countryCode = 0;  // dialling code of a country that uses it
+  std::string id;                       // file name without ending
+  std::string title;                    // for people
+  std::uint32_t standard = 0;           // AnalogVideoStandard bit that applications set for it
+  std::int32_t countryCode = 0;         // dialling code of a country that uses it
   std::vector<RasterChannel> channels;  // ascending picture carrier
 
   // Exact name, letter case ignored; null when the plan has no such channel.
@@ -49,10 +50,10 @@ struct FmStation {
 };
 
 struct Air {
-  std::string place;   // for people
-  std::string raster;  // id of the raster its TV channels stand on
-  std::vector<TvCarrier> tv;   // ascending picture carrier
-  std::vector<FmStation> fm;   // ascending carrier
+  std::string place;          // for people
+  std::string raster;         // id of the raster its TV channels stand on
+  std::vector<TvCarrier> tv;  // ascending picture carrier
+  std::vector<FmStation> fm;  // ascending carrier
 
   // The carrier nearest to `kHz` that lies within `windowKHz` of it, null for none.
   const TvCarrier* NearestTv(double kHz, double windowKHz) const;
@@ -61,11 +62,12 @@ struct Air {
 
 inline constexpr std::string_view kDefaultPlace = "western-europe-city";
 
-// The folder with rasters/ and places/: the environment variable ZELKAPI_DATA, else "data" beside the
-// running program, else "../share/zelkapi" from it.
+// The folder with rasters/ and places/: the environment variable ZELKAPI_DATA, else "data" beside
+// the running program, else "../share/zelkapi" from it.
 std::filesystem::path DataFolder();
 
-// All of these throw std::runtime_error with a message that names the file and what is wrong with it.
+// All of these throw std::runtime_error with a message that names the file and what is wrong with
+// it.
 std::vector<std::string> RasterIds();
 Raster LoadRaster(std::string_view id);
 // `idOrFile` is the name of a place in the data folder or the path of a place file.

@@ -1,4 +1,5 @@
-/* The public header is C, and its records have the layout that applications compiled against it expect. */
+/* The public header is C, and its records have the layout that applications compiled against it
+ * expect. */
 #include <stddef.h>
 
 #include "ZElkAPI.h"
