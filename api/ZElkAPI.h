@@ -164,8 +164,8 @@ HRESULT ZELK_CALL ZELK_SetFreq(uint32_t frequencyKHz, uint32_t* present);
 
 /* Asks for the signal at the tuned frequency. Needs the TV mode. Cards: S B X Q.
  *   present       1 = a locked carrier, 0 = none
- *   strength      0..5 on PLL tuners, larger is better. Without `afcOffsetKHz` some tuners deliver
- *                 the raw AFC reading here instead
+ *   strength      0..5 on PLL tuners, larger is better; up to 64 on tuner type 41. Without
+ *                 `afcOffsetKHz` some tuners deliver the raw AFC reading here instead
  *   afcOffsetKHz  distance between the tuned frequency and the carrier, kHz */
 HRESULT ZELK_CALL ZELK_IsSignalPresent(uint32_t* present, uint32_t* strength, double* afcOffsetKHz);
 
@@ -189,12 +189,15 @@ HRESULT ZELK_CALL ZELK_GetVIDEOSTANDARD(uint32_t* record);
 /* Switches the card to FM radio, in stereo. Cards: S B X Q. */
 HRESULT ZELK_CALL ZELK_FMInit(void);
 
-/* Tunes an FM station and, when `present` is given, asks for a signal. Needs the FM mode.
- * Cards: S B X Q. */
+/* Tunes an FM station and, when `present` is given, asks for a signal. Needs the FM mode. Only a
+ * negative result is a failure: silicon tuners (types 40, 41) answer 1, and some modules answer the
+ * frequency when an audio mode has no setting. A frequency outside the card's FM band answers
+ * ZELK_E_FAIL. Cards: S B X Q. */
 HRESULT ZELK_CALL ZELK_FMSetFreq(uint32_t frequencyKHz, uint32_t* present);
 
-/* Asks for the FM signal; arguments as in ZELK_IsSignalPresent. Needs the FM mode. Cards: S B X Q.
- */
+/* Asks for the FM signal; arguments as in ZELK_IsSignalPresent. Needs the FM mode. On silicon
+ * tuners the strength is 0..100 and the result is the driver's level figure, smaller for a stronger
+ * station. Cards: S B X Q. */
 HRESULT ZELK_CALL ZELK_FMIsSignalPresent(uint32_t* present, uint32_t* strength,
                                          double* afcOffsetKHz);
 
@@ -205,7 +208,9 @@ HRESULT ZELK_CALL ZELK_FMGetAudioMode(uint32_t* mode);
 /* Scans the FM band or seeks a station, on the calling thread. Cards: S B X Q.
  *   callback   receives the events; null silences them
  *   command    ZELK_SCAN_START or ZELK_SCAN_STOP
- *   direction  0 sweep the band upward, 1 seek upward and 2 seek downward from referenceKHz
+ *   direction  0 sweep the band upward, 1 seek upward and 2 seek downward from referenceKHz. Most
+ *              tuners' stations are recognised on the way up alone, and a downward seek that finds
+ *              nothing goes on below the band until the frequency wraps: stop it there
  *   bandLowKHz, bandHighKHz  the band; bandLowKHz 0 takes the card's own
  * Result: ZELK_E_FAIL without a card, otherwise ZELK_S_OK, also for a start while a scan runs. */
 HRESULT ZELK_CALL ZELK_FMAllFreqScan(ZELK_ScanCallback callback, uint32_t command,
