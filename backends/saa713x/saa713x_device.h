@@ -222,8 +222,9 @@ class Saa713xDevice {
   std::uint32_t FmTuneFlag = 1;
   std::uint32_t RussiaFlag = 0;  // what the driver was last told
 
-  // Register images that the silicon tuners were last given.
-  std::array<std::uint8_t, 9> TunerImageA = {};
+  // Register images that the silicon tuners were set up with. FM tuning takes from them what it
+  // does not set itself.
+  std::array<std::uint8_t, 13> TunerImageA = {};
   std::array<std::uint8_t, 14> TunerImageB = {};
 };
 

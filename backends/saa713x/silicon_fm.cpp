@@ -174,6 +174,12 @@ HRESULT Saa713xDevice::TuneSiliconFmA(std::uint32_t stationHz) {
       static_cast<std::uint8_t>(band.spd << 6 | band.div1p5 << 5 | band.bs << 3 | band.bp),
       static_cast<std::uint8_t>(kGainBaseA | band.gc3 << 4),
       kAgcSettling,
+      TunerImageA[7],
+      TunerImageA[8],
+      TunerImageA[9],
+      TunerImageA[10],
+      TunerImageA[11],
+      TunerImageA[12],
   };
   SetTunerI2CGate(true);
   I2CWriteSequence(kTunerAddress, image, sizeof(image));

@@ -245,7 +245,7 @@ TEST_F(Fm, SiliconTuners) {
   EXPECT_EQ(Lines(lines.begin() + 1, lines.begin() + 6),
             (Lines{"i2c write 96: 01 80", "i2c write 96: 0F 88", "i2c write 96: 28 14",
                    "i2c write 96: 05 04", "i2c write 96: 0D 47"}));
-  EXPECT_THAT(lines, Contains("i2c write C2: 00 31 CC 40 52 D9 9F BF"));
+  EXPECT_THAT(lines, Contains("i2c write C2: 00 31 CC 40 52 D9 9F BF 2A 04 FF 00 00 40"));
   EXPECT_EQ(lines.back(), "i2c write 96: 0F 81");
 }
 
