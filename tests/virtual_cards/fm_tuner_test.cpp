@@ -13,19 +13,12 @@ constexpr int kStereo = 0x10;
 
 using Bytes = std::vector<std::uint8_t>;
 
-class FmTunerTest : public ModelTest {
+class FmTunerTest : public TunerModuleTest {
  protected:
   void Fit(std::uint32_t tunerType, Air air) {
-    bus_ = {};
-    air_ = std::move(air);
-    can_ = std::make_unique<TunerCan>(tunerType, air_);
-    can_->AttachTo(bus_);
-    Read(0xC2);  // ends the power-on state
-    Read(0x86);
+    TunerModuleTest::Fit(tunerType, std::move(air));
+    Read(0x86);  // the demodulator's own power-on state
   }
-
-  Air air_;
-  std::unique_ptr<TunerCan> can_;
 };
 
 TEST_F(FmTunerTest, EveryModuleBySelectingItsFmSection) {

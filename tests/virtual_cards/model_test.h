@@ -5,12 +5,15 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "platform/dshow.h"
 #include "platform/host/control.h"
 #include "virtual_cards/air.h"
 #include "virtual_cards/chips/i2c_bus.h"
+#include "virtual_cards/chips/tuner_can.h"
 
 namespace zelk::virtual_cards {
 
@@ -50,6 +53,21 @@ class ModelTest : public testing::Test {
   }
 
   I2cBus bus_;
+};
+
+// A test of one tuner module, alone on its bus and past its power-on state.
+class TunerModuleTest : public ModelTest {
+ protected:
+  void Fit(std::uint32_t tunerType, Air air) {
+    bus_ = {};
+    air_ = std::move(air);
+    can_ = std::make_unique<TunerCan>(tunerType, air_);
+    can_->AttachTo(bus_);
+    Read(0xC2);  // ends the power-on state
+  }
+
+  Air air_;
+  std::unique_ptr<TunerCan> can_;
 };
 
 }  // namespace zelk::virtual_cards

@@ -11,19 +11,7 @@ constexpr double kTunedKHz = 175225;
 constexpr int kInLock = 0x40;
 constexpr int kNoCarrier = kInLock | 4;
 
-class TunerCanTest : public ModelTest {
- protected:
-  void Fit(std::uint32_t tunerType, Air air) {
-    bus_ = {};
-    air_ = std::move(air);
-    can_ = std::make_unique<TunerCan>(tunerType, air_);
-    can_->AttachTo(bus_);
-    Read(0xC2);  // ends the power-on state
-  }
-
-  Air air_;
-  std::unique_ptr<TunerCan> can_;
-};
+class TunerCanTest : public TunerModuleTest {};
 
 TEST_F(TunerCanTest, AfcFollowsTheCarrier) {
   struct Case {
