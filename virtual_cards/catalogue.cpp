@@ -1,4 +1,6 @@
 // The kinds of virtual cards there are, by name.
+#include <functional>
+#include <span>
 #include <stdexcept>
 #include <utility>
 
@@ -20,7 +22,7 @@ std::vector<std::string_view> Split(std::string_view text) {
   return parts;
 }
 
-std::vector<OptionText> ParseOptions(std::string_view text) {
+std::vector<OptionText> SplitOptions(std::string_view text) {
   std::vector<OptionText> options;
   for (const std::string_view part : Split(text)) {
     const std::size_t equals = part.find('=');
@@ -32,13 +34,34 @@ std::vector<OptionText> ParseOptions(std::string_view text) {
   return options;
 }
 
+// A kind together with the function of its family that makes such a card.
+struct Entry {
+  CardKind kind;
+  std::function<std::unique_ptr<VirtualCard>(std::span<const OptionText>, Air)> create;
+};
+
+// `kinds` is a family's table of kinds; each has a name and a description.
+template <class Kind, std::size_t Count, class Create>
+void AddFamily(std::vector<Entry>& entries, const Kind (&kinds)[Count], Create create) {
+  for (const Kind& kind : kinds) {
+    entries.push_back({{std::string(kind.name), std::string(kind.description)},
+                       [&kind, create](std::span<const OptionText> options, Air air) {
+                         return create(kind, options, std::move(air));
+                       }});
+  }
+}
+
+std::vector<Entry> Entries() {
+  std::vector<Entry> entries;
+  AddFamily(entries, kSaa713xKinds, CreateSaa713x);
+  return entries;
+}
+
 }  // namespace
 
 std::vector<CardKind> CardKinds() {
   std::vector<CardKind> kinds;
-  for (const Saa713xKind& kind : kSaa713xKinds) {
-    kinds.push_back({std::string(kind.name), std::string(kind.description)});
-  }
+  for (Entry& entry : Entries()) kinds.push_back(std::move(entry.kind));
   return kinds;
 }
 
@@ -47,11 +70,11 @@ std::unique_ptr<VirtualCard> CreateCard(std::string_view description, Air air) {
   const std::string_view name = description.substr(0, comma);
   const std::string_view rest =
       comma == std::string_view::npos ? std::string_view{} : description.substr(comma + 1);
-  for (const Saa713xKind& kind : kSaa713xKinds) {
-    if (kind.name == name) return CreateSaa713x(kind, ParseOptions(rest), std::move(air));
-  }
   std::string known;
-  for (const CardKind& kind : CardKinds()) known += (known.empty() ? "" : ", ") + kind.name;
+  for (const Entry& entry : Entries()) {
+    if (entry.kind.name == name) return entry.create(SplitOptions(rest), std::move(air));
+    known += (known.empty() ? "" : ", ") + entry.kind.name;
+  }
   throw std::invalid_argument("unknown card \"" + std::string(name) + "\"; there are " + known);
 }
 

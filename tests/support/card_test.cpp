@@ -40,38 +40,31 @@ WorkingFolder::~WorkingFolder() {
   std::filesystem::remove_all(folder_);
 }
 
-CardTest::CardTest() {
+CardFixture::CardFixture() {
   host::UseVirtualClock();
   host::UseSettingsFolder(".");
   scanEvents.clear();
   atScanEvent = nullptr;
 }
 
-CardTest::~CardTest() { Unplug(); }
+CardFixture::~CardFixture() { Unplug(); }
 
-void CardTest::Unplug() {
+void CardFixture::Unplug() {
   ZELK_Free();
-  if (card) {
-    EXPECT_EQ(card->LiveReferences(), 0) << "interfaces of the card are still held";
+  if (plugged) {
+    EXPECT_EQ(plugged->LiveReferences(), 0) << "interfaces of the card are still held";
   }
-  card.reset();
-}
-
-virtual_cards::Saa713xCard& CardTest::Plug(const virtual_cards::Saa713xOptions& options,
-                                           virtual_cards::Air air) {
-  Unplug();
-  card = virtual_cards::Saa713xCard::Create(options, std::move(air));
-  return *card;
+  plugged.reset();
 }
 
 virtual_cards::Saa713xCard& CardTest::PlugTuner(std::uint32_t tunerType, virtual_cards::Air air) {
   return Plug({.tunerType = tunerType}, std::move(air));
 }
 
-HRESULT CardTest::Init(std::uint32_t russiaFlag) {
-  const auto capture = card->CaptureFilter();
-  const auto tuner = card->TunerFilter();
-  return ZELK_HWInit(capture.Get(), card->FriendlyName().c_str(), tuner.Get(), russiaFlag);
+HRESULT CardFixture::Init(std::uint32_t russiaFlag) {
+  const auto capture = plugged->CaptureFilter();
+  const auto tuner = plugged->TunerFilter();
+  return ZELK_HWInit(capture.Get(), plugged->FriendlyName().c_str(), tuner.Get(), russiaFlag);
 }
 
 virtual_cards::Saa713xCard& CardTest::PlugTv(std::uint32_t tunerType, virtual_cards::Air air) {
@@ -81,12 +74,12 @@ virtual_cards::Saa713xCard& CardTest::PlugTv(std::uint32_t tunerType, virtual_ca
   return *card;
 }
 
-std::vector<std::string> CardTest::TakeTrace() {
-  card->AttachTrace(&trace_);
+std::vector<std::string> CardFixture::TakeTrace() {
+  plugged->AttachTrace(&trace_);
   return trace_.Take();
 }
 
-std::vector<std::string> CardTest::TakeWrites(const std::string& device) {
+std::vector<std::string> CardFixture::TakeWrites(const std::string& device) {
   const std::string prefix = "i2c write " + device + ": ";
   std::vector<std::string> writes;
   for (const std::string& line : TakeTrace()) {
@@ -95,7 +88,7 @@ std::vector<std::string> CardTest::TakeWrites(const std::string& device) {
   return writes;
 }
 
-std::vector<std::string> CardTest::TakeLog(const std::string& name) {
+std::vector<std::string> CardFixture::TakeLog(const std::string& name) {
   std::ifstream file(name, std::ios::binary);
   std::stringstream text;
   text << file.rdbuf();

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "ZElkAPI.h"
@@ -33,21 +34,16 @@ class WorkingFolder {
   std::filesystem::path before_;
 };
 
-class CardTest : public ::testing::Test {
+// What tests with a card of any family share.
+class CardFixture : public ::testing::Test {
  protected:
-  CardTest();
-  ~CardTest() override;
+  CardFixture();
+  ~CardFixture() override;
 
   // Frees and pulls out the card; it is a failure when something of it is still held.
   void Unplug();
-  // Plugs a card in, in place of the one that was there.
-  virtual_cards::Saa713xCard& Plug(const virtual_cards::Saa713xOptions& options,
-                                   virtual_cards::Air air = {});
-  virtual_cards::Saa713xCard& PlugTuner(std::uint32_t tunerType, virtual_cards::Air air = {});
   // ZELK_HWInit with the plugged card's filters and name.
   HRESULT Init(std::uint32_t russiaFlag = 0);
-  // Plugs, initialises and switches to TV.
-  virtual_cards::Saa713xCard& PlugTv(std::uint32_t tunerType, virtual_cards::Air air = {});
 
   // The trace lines since the last call. Tracing begins with the first call.
   std::vector<std::string> TakeTrace();
@@ -55,13 +51,41 @@ class CardTest : public ::testing::Test {
   std::vector<std::string> TakeWrites(const std::string& device);
 
   // The records of a log file, which is emptied.
-  std::vector<std::string> TakeLog(const std::string& name = "zelkapi_713x.log");
+  std::vector<std::string> TakeLog(const std::string& name);
 
-  std::unique_ptr<virtual_cards::Saa713xCard> card;
+  std::unique_ptr<virtual_cards::VirtualCard> plugged;
 
  private:
   WorkingFolder folder_;
   virtual_cards::RecordedTrace trace_;
+};
+
+// `Card` is the interface of the family's virtual cards, `Options` what one is made from.
+template <class Card, class Options>
+class CardTestOf : public CardFixture {
+ protected:
+  // Plugs a card in, in place of the one that was there.
+  Card& Plug(const Options& options, virtual_cards::Air air = {}) {
+    Unplug();
+    auto made = Card::Create(options, std::move(air));
+    card = made.get();
+    plugged = std::move(made);
+    return *card;
+  }
+
+  Card* card = nullptr;
+};
+
+// A test with an SAA713x card.
+class CardTest : public CardTestOf<virtual_cards::Saa713xCard, virtual_cards::Saa713xOptions> {
+ protected:
+  virtual_cards::Saa713xCard& PlugTuner(std::uint32_t tunerType, virtual_cards::Air air = {});
+  // Plugs, initialises and switches to TV.
+  virtual_cards::Saa713xCard& PlugTv(std::uint32_t tunerType, virtual_cards::Air air = {});
+
+  std::vector<std::string> TakeLog(const std::string& name = "zelkapi_713x.log") {
+    return CardFixture::TakeLog(name);
+  }
 };
 
 // A scan's events as text: "1003 175250".

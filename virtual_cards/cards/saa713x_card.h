@@ -13,8 +13,9 @@
 namespace zelk::virtual_cards {
 
 struct Saa713xOptions {
-  // The tuner module fitted, as a tuner type code. It also chooses the board code and EEPROM byte 0x20
-  // that the card's maker would have given such a board, unless the fields below say otherwise.
+  // The tuner module fitted, as a tuner type code. It also chooses the board code and EEPROM byte
+  // 0x20 that the card's maker would have given such a board, unless the fields below say
+  // otherwise.
   std::uint32_t tunerType = 1;
   std::uint32_t chipId = 0x7134;
   // The board configuration word as the driver reports it; its low byte is the board code.
@@ -39,8 +40,8 @@ class Saa713xCard : public VirtualCard {
   virtual void DriveGpioInput(unsigned line, bool high) = 0;
   // The standard that the video decoder's own detection reports.
   virtual void SetDetectedStandard(std::uint32_t standard) = 0;
-  // Solders a chip of one's own onto the I2C bus, in place of the one at that address. It must outlive
-  // the card's use.
+  // Solders a chip of one's own onto the I2C bus, in place of the one at that address. It must
+  // outlive the card's use.
   virtual void FitChip(std::uint8_t address, I2cDevice* chip) = 0;
 
   // --- What can be measured on the card ---

@@ -1,5 +1,5 @@
-// A virtual card from an application's point of view: the filters it would find for a real one, with the
-// means to listen to the card and to make it fail.
+// A virtual card from an application's point of view: the filters it would find for a real one,
+// with the means to listen to the card and to make it fail.
 #pragma once
 
 #include <memory>
@@ -13,9 +13,9 @@
 
 namespace zelk::virtual_cards {
 
-// While the object lives the card is plugged in: its COM servers and devices are registered with the
-// process. One card may be plugged in at a time. Filters that the application still holds afterwards
-// stay valid and answer as the unplugged card last did.
+// While the object lives the card is plugged in: its COM servers and devices are registered with
+// the process. One card may be plugged in at a time. Filters that the application still holds
+// afterwards stay valid and answer as the unplugged card last did.
 class VirtualCard {
  public:
   virtual ~VirtualCard() = default;
@@ -28,9 +28,10 @@ class VirtualCard {
   // Null detaches. The trace must outlive its attachment.
   virtual void AttachTrace(BusTrace* trace) = 0;
 
-  // Makes every request whose trace line starts with `request` fail with `code` (a negative HRESULT),
-  // without reaching the hardware behind it, until ClearRefusals. An I2C transfer that is to fail the
-  // way the bus does (the call succeeds, its status says 14) is refused with kVampBusFailed instead.
+  // Makes every request whose trace line starts with `request` fail with `code` (a negative
+  // HRESULT), without reaching the hardware behind it, until ClearRefusals. An I2C transfer that is
+  // to fail the way the bus does (the call succeeds, its status says 14) is refused with
+  // kVampBusFailed instead.
   virtual void Refuse(std::string_view request, HRESULT code) = 0;
   virtual void ClearRefusals() = 0;
 

@@ -1,10 +1,11 @@
 // A virtual SAA713x card's options as a person writes them.
 #pragma once
 
-#include <string>
+#include <memory>
+#include <span>
 #include <string_view>
-#include <vector>
 
+#include "virtual_cards/cards/options.h"
 #include "virtual_cards/cards/saa713x_card.h"
 
 namespace zelk::virtual_cards {
@@ -27,14 +28,8 @@ inline constexpr Saa713xKind kSaa713xKinds[] = {
      "Philips SAA7135, TV with all sound systems and sound effects"},
 };
 
-// "KEY=VALUE".
-struct OptionText {
-  std::string_view key;
-  std::string_view value;
-};
-
 // Plugs in a card. Throws std::invalid_argument with a message for people.
 std::unique_ptr<VirtualCard> CreateSaa713x(const Saa713xKind& kind,
-                                           const std::vector<OptionText>& options, Air air);
+                                           std::span<const OptionText> options, Air air);
 
 }  // namespace zelk::virtual_cards
