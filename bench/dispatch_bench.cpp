@@ -6,7 +6,7 @@
 
 #include "ZElkAPI.h"
 #include "backends/saa713x/saa713x_device.h"
-#include "platform/host/control.h"
+#include "platform/control.h"
 #include "virtual_cards/cards/virtual_card.h"
 
 namespace {

@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "ZElkAPI.h"
-#include "platform/host/control.h"
+#include "platform/control.h"
 #include "virtual_cards/cards/virtual_card.h"
 
 namespace {

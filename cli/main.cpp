@@ -1,3 +1,9 @@
 #include "cli/program.h"
+#include "platform/com_apartment.h"
+#include "platform/console.h"
 
-int main(int argc, char** argv) { return zelk::cli::Run(argc, argv); }
+int main(int argc, char** argv) {
+  zelk::UsePlainLineEnds();
+  const zelk::ComApartment com;
+  return zelk::cli::Run(argc, argv);
+}

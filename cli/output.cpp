@@ -1,7 +1,5 @@
 #include "cli/output.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
@@ -85,7 +83,5 @@ void PrintHexDump(std::ostream& out, std::uint32_t firstOffset,
     out << line << "  |" << text << "|\n";
   }
 }
-
-bool StandardErrorIsTerminal() { return isatty(STDERR_FILENO) != 0; }
 
 }  // namespace zelk::cli

@@ -48,7 +48,4 @@ class Table {
 void PrintHexDump(std::ostream& out, std::uint32_t firstOffset,
                   const std::vector<std::uint8_t>& bytes);
 
-// Whether a person sees standard error, so that a progress bar may be drawn on it.
-bool StandardErrorIsTerminal();
-
 }  // namespace zelk::cli

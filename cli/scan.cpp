@@ -7,7 +7,8 @@
 #include <iostream>
 
 #include "cli/output.h"
-#include "platform/host/control.h"
+#include "platform/console.h"
+#include "platform/control.h"
 
 namespace zelk::cli {
 namespace {

@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-#include "platform/host/control.h"
+#include "platform/control.h"
 #include "virtual_cards/video_standard.h"
 
 namespace zelk::cli {

@@ -8,7 +8,7 @@
 #include "cli/parse.h"
 #include "cli/session.h"
 #include "cli/signal_text.h"
-#include "platform/host/control.h"
+#include "platform/control.h"
 #include "platform/win32.h"
 
 namespace zelk::cli {

@@ -1,12 +1,11 @@
-// The clock: real, or virtual and advanced by Sleep alone. A band scan asks for the time about
-// 100,000 times, so the state is a handful of relaxed atomics.
+// The system's clock behind the process's, and the calls that ask it.
 #include <sched.h>
 #include <time.h>
 
-#include <atomic>
 #include <cerrno>
 
-#include "platform/host/control.h"
+#include "platform/control.h"
+#include "platform/process/calls.h"
 
 namespace {
 
@@ -14,24 +13,31 @@ constexpr std::uint64_t kMillisecondsPerSecond = 1000;
 constexpr long kNanosecondsPerMillisecond = 1'000'000;
 constexpr long kNanosecondsPerSecond = 1'000'000'000;
 
-std::atomic<bool> clockIsVirtual{false};
-std::atomic<std::uint64_t> virtualMilliseconds{0};
-std::atomic<std::uint64_t> sleptMilliseconds{0};
-
-void ChooseClock(bool isVirtual) {
-  clockIsVirtual.store(isVirtual, std::memory_order_relaxed);
-  virtualMilliseconds.store(0, std::memory_order_relaxed);
-  sleptMilliseconds.store(0, std::memory_order_relaxed);
-}
-
 timespec MonotonicNow() {
   timespec now{};
   clock_gettime(CLOCK_MONOTONIC, &now);
   return now;
 }
 
+constexpr MMRESULT kTimerNoError = 0;
+constexpr MMRESULT kTimerCannotDo = 97;
+
+}  // namespace
+
+namespace zelk::host {
+
+std::uint64_t RealMilliseconds() {
+  const timespec now = MonotonicNow();
+  return static_cast<std::uint64_t>(now.tv_sec) * kMillisecondsPerSecond +
+         static_cast<std::uint64_t>(now.tv_nsec / kNanosecondsPerMillisecond);
+}
+
 // An absolute end, so that signals that interrupt the wait do not lengthen it.
-void SleepForReal(DWORD milliseconds) {
+void RealSleep(DWORD milliseconds) {
+  if (milliseconds == 0) {
+    sched_yield();
+    return;
+  }
   timespec end = MonotonicNow();
   end.tv_sec += milliseconds / kMillisecondsPerSecond;
   end.tv_nsec +=
@@ -44,53 +50,18 @@ void SleepForReal(DWORD milliseconds) {
   }
 }
 
-bool IsVirtual() { return clockIsVirtual.load(std::memory_order_relaxed); }
-
-std::uint64_t Now() {
-  if (IsVirtual()) return virtualMilliseconds.load(std::memory_order_relaxed);
-  const timespec now = MonotonicNow();
-  return static_cast<std::uint64_t>(now.tv_sec) * kMillisecondsPerSecond +
-         static_cast<std::uint64_t>(now.tv_nsec / kNanosecondsPerMillisecond);
-}
-
-constexpr MMRESULT kTimerNoError = 0;
-constexpr MMRESULT kInvalidParameter = 11;
-constexpr MMRESULT kTimerCannotDo = 97;
-
-}  // namespace
-
-namespace zelk::host {
-
-void UseVirtualClock() { ChooseClock(true); }
-void UseRealClock() { ChooseClock(false); }
-bool ClockIsVirtual() { return IsVirtual(); }
-
-std::uint64_t ClockMilliseconds() { return Now(); }
-std::uint64_t SleptMilliseconds() { return sleptMilliseconds.load(std::memory_order_relaxed); }
+void TakeOverCalls() {}
 
 }  // namespace zelk::host
 
-void Sleep(DWORD dwMilliseconds) {
-  sleptMilliseconds.fetch_add(dwMilliseconds, std::memory_order_relaxed);
-  if (IsVirtual()) {
-    virtualMilliseconds.fetch_add(dwMilliseconds, std::memory_order_relaxed);
-  } else if (dwMilliseconds == 0) {
-    sched_yield();
-  } else {
-    SleepForReal(dwMilliseconds);
-  }
-}
+void Sleep(DWORD dwMilliseconds) { zelk::host::SleepOnClock(dwMilliseconds); }
 
-DWORD GetTickCount() { return static_cast<DWORD>(Now()); }
+DWORD GetTickCount() { return static_cast<DWORD>(zelk::host::ClockMilliseconds()); }
 
 // The clock counts milliseconds whatever period is asked for.
 MMRESULT timeBeginPeriod(UINT uPeriod) { return uPeriod == 0 ? kTimerCannotDo : kTimerNoError; }
 MMRESULT timeEndPeriod(UINT uPeriod) { return uPeriod == 0 ? kTimerCannotDo : kTimerNoError; }
 
-// Answers in milliseconds whatever `wType` says, as Windows does.
 MMRESULT timeGetSystemTime(MMTIME* pmmt, UINT cbmmt) {
-  if (!pmmt || cbmmt < sizeof(MMTIME)) return kInvalidParameter;
-  pmmt->wType = TIME_MS;
-  pmmt->u.ms = static_cast<DWORD>(Now());
-  return kTimerNoError;
+  return zelk::host::SystemTimeOfClock(pmmt, cbmmt);
 }

@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/host/ignore_case.h"
 #include "platform/host/win32.h"
+#include "platform/ignore_case.h"
 
 namespace {
 

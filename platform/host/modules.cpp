@@ -10,8 +10,8 @@
 #include <mutex>
 #include <utility>
 
-#include "platform/host/control.h"
-#include "platform/host/ignore_case.h"
+#include "platform/control.h"
+#include "platform/ignore_case.h"
 
 // A module. The name is Windows' own for what an HMODULE points to.
 struct HINSTANCE__ {
@@ -166,6 +166,11 @@ DWORD GetEnvironmentVariableA(LPCSTR lpName, LPSTR lpBuffer, DWORD nSize) {
   if (!lpBuffer || length >= nSize) return static_cast<DWORD>(length + 1);
   std::memcpy(lpBuffer, value, length + 1);
   return static_cast<DWORD>(length);
+}
+
+BOOL SetEnvironmentVariableA(LPCSTR lpName, LPCSTR lpValue) {
+  if (!lpName) return FALSE;
+  return (lpValue ? setenv(lpName, lpValue, 1) : unsetenv(lpName)) == 0;
 }
 
 namespace zelk::host {

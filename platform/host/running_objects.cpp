@@ -1,7 +1,7 @@
 // The running object table and the item monikers that name its entries.
 #include <mutex>
 
-#include "platform/host/moniker.h"
+#include "platform/process/moniker.h"
 
 namespace zelk::host {
 namespace {

@@ -6,8 +6,8 @@
 #include <fstream>
 #include <mutex>
 
-#include "platform/host/control.h"
-#include "platform/host/ignore_case.h"
+#include "platform/control.h"
+#include "platform/ignore_case.h"
 
 namespace zelk::host {
 namespace {

@@ -64,6 +64,8 @@ DWORD GetCurrentProcessId();
 DWORD GetCurrentThreadId();
 DWORD GetModuleFileNameA(HMODULE hModule, LPSTR lpFilename, DWORD nSize);
 DWORD GetEnvironmentVariableA(LPCSTR lpName, LPSTR lpBuffer, DWORD nSize);
+// A null value takes the variable away.
+BOOL SetEnvironmentVariableA(LPCSTR lpName, LPCSTR lpValue);
 HMODULE LoadLibraryA(LPCSTR lpLibFileName);
 FARPROC GetProcAddress(HMODULE hModule, LPCSTR lpProcName);
 BOOL FreeLibrary(HMODULE hLibModule);

@@ -1,4 +1,6 @@
 // How a card is chosen, kept and freed, and what the exports add to the backend's answers.
+#include <cstring>
+
 #include "tests/support/card_test.h"
 
 namespace zelk::test {

@@ -1,7 +1,7 @@
 // The FM scan on virtual cards: every tuner with FM finds what is on the air, and only that.
 #include <cmath>
 
-#include "platform/host/control.h"
+#include "platform/control.h"
 #include "tests/support/card_test.h"
 
 namespace zelk::test {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <sstream>
 
-#include "platform/host/control.h"
+#include "platform/control.h"
 #include "platform/win32.h"
 #include "tests/support/card_test.h"
 #include "tests/support/told_chip.h"

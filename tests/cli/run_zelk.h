@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "../host/temp_folder.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelk::test {
 

@@ -8,7 +8,7 @@
 #include <sstream>
 
 #include "common/wait.h"
-#include "platform/host/control.h"
+#include "platform/control.h"
 #include "tests/support/card_test.h"
 
 namespace zelk::test {

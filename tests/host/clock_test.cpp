@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/host/control.h"
+#include "platform/control.h"
 
 namespace zelk::host {
 namespace {

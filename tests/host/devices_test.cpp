@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/com_ptr.h"
-#include "platform/host/control.h"
+#include "platform/control.h"
 #include "tests/host/counted_object.h"
 
 namespace zelk::testing {

@@ -5,7 +5,7 @@
 #include <array>
 
 #include "platform/host/win32.h"
-#include "tests/host/temp_folder.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelk::testing {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "platform/host/control.h"
+#include "platform/control.h"
 
 namespace zelk::host {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <array>
 
-#include "platform/host/control.h"
-#include "tests/host/temp_folder.h"
+#include "platform/control.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelk::testing {
 namespace {

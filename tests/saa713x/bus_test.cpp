@@ -1,5 +1,5 @@
 // I2C, EEPROM and remote control: what goes over the wires and what failures look like.
-#include "platform/host/control.h"
+#include "platform/control.h"
 #include "platform/vamp.h"
 #include "tests/support/card_test.h"
 

@@ -1,7 +1,7 @@
 // FM radio: the bytes for each kind of tuner, and what its readings mean.
 #include <map>
 
-#include "platform/host/control.h"
+#include "platform/control.h"
 #include "tests/support/card_test.h"
 #include "tests/support/reading.h"
 #include "tests/support/told_chip.h"

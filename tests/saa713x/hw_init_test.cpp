@@ -1,7 +1,7 @@
 // Initialisation: each step refused in turn, and what the board's configuration makes of the card.
 #include <fstream>
 
-#include "platform/host/control.h"
+#include "platform/control.h"
 #include "tests/support/card_test.h"
 
 namespace zelk::test {

@@ -1,6 +1,6 @@
 // Signal presence on every kind of tuner, read by read, with a chip on the bus that says what it is
 // told.
-#include "platform/host/control.h"
+#include "platform/control.h"
 #include "tests/support/card_test.h"
 #include "tests/support/reading.h"
 #include "tests/support/told_chip.h"

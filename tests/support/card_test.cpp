@@ -1,23 +1,12 @@
 #include "tests/support/card_test.h"
 
-#include <cstdlib>
 #include <fstream>
 #include <sstream>
 #include <utility>
 
-#include "platform/host/control.h"
+#include "platform/control.h"
 
 namespace zelk::test {
-namespace {
-
-std::filesystem::path NewFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "zelkapi-XXXXXX").string();
-  if (!mkdtemp(name.data())) throw std::runtime_error("cannot make " + name);
-  return name;
-}
-
-}  // namespace
-
 virtual_cards::Air MakeAir(const std::vector<double>& pictureKHz, std::uint32_t standard) {
   virtual_cards::Air air;
   for (const double carrier : pictureKHz) {
@@ -30,19 +19,19 @@ virtual_cards::Air MakeAir(const std::vector<double>& pictureKHz, std::uint32_t 
   return air;
 }
 
-WorkingFolder::WorkingFolder() : folder_(NewFolder()), before_(std::filesystem::current_path()) {
-  std::filesystem::current_path(folder_);
+WorkingFolder::WorkingFolder() : before_(std::filesystem::current_path()) {
+  std::filesystem::current_path(folder_.Path());
 }
 
 WorkingFolder::~WorkingFolder() {
   std::filesystem::current_path(before_);
-  std::filesystem::permissions(folder_, std::filesystem::perms::owner_all);
-  std::filesystem::remove_all(folder_);
+  std::filesystem::permissions(folder_.Path(), std::filesystem::perms::owner_all);
 }
 
 CardFixture::CardFixture() {
   host::UseVirtualClock();
   host::UseSettingsFolder(".");
+  host::TakeExecutedCommands();  // and none is really executed
   scanEvents.clear();
   atScanEvent = nullptr;
 }
@@ -89,10 +78,9 @@ std::vector<std::string> CardFixture::TakeWrites(const std::string& device) {
 }
 
 std::vector<std::string> CardFixture::TakeLog(const std::string& name) {
-  std::ifstream file(name, std::ios::binary);
   std::stringstream text;
-  text << file.rdbuf();
-  std::filesystem::remove(name);
+  if (std::ifstream file(name, std::ios::binary); file) text << file.rdbuf();
+  std::filesystem::remove(name);  // once it is closed
   std::vector<std::string> records;
   const std::string content = text.str();
   for (std::size_t at = 0; at < content.size();) {

@@ -14,6 +14,7 @@
 
 #include "ZElkAPI.h"
 #include "backends/saa713x/saa713x_device.h"
+#include "tests/support/temp_folder.h"
 #include "virtual_cards/cards/saa713x_card.h"
 
 namespace zelk::test {
@@ -27,10 +28,9 @@ class WorkingFolder {
  public:
   WorkingFolder();
   ~WorkingFolder();
-  const std::filesystem::path& Path() const { return folder_; }
 
  private:
-  std::filesystem::path folder_;
+  zelk::testing::TempFolder folder_;
   std::filesystem::path before_;
 };
 

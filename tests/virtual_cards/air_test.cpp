@@ -9,8 +9,9 @@
 #include <ostream>
 #include <stdexcept>
 
-#include "../host/temp_folder.h"
 #include "platform/dshow.h"
+#include "platform/win32.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelk::virtual_cards {
 namespace {
@@ -104,10 +105,10 @@ class OwnData : public ::testing::Test {
   OwnData() {
     std::filesystem::create_directories(folder_ / "rasters");
     std::filesystem::create_directories(folder_ / "places");
-    setenv("ZELKAPI_DATA", folder_.Path().c_str(), 1);
+    SetEnvironmentVariableA("ZELKAPI_DATA", folder_.Path().c_str());
     folder_.Write("rasters/plan.json", kPlan);
   }
-  ~OwnData() override { unsetenv("ZELKAPI_DATA"); }
+  ~OwnData() override { SetEnvironmentVariableA("ZELKAPI_DATA", nullptr); }
 
   // What the loader says to a place with this text in it.
   std::string Complaint(std::string_view text) {

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/control.h"
 #include "platform/dshow.h"
-#include "platform/host/control.h"
 #include "virtual_cards/air.h"
 #include "virtual_cards/chips/i2c_bus.h"
 #include "virtual_cards/chips/tuner_can.h"

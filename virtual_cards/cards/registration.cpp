@@ -5,7 +5,7 @@
 
 // The only place in the cards that knows the host: on Windows, devices are put into their
 // categories by the system's own installer.
-#include "platform/host/control.h"
+#include "platform/control.h"
 
 namespace zelk::virtual_cards {
 

@@ -1,20 +1,24 @@
 // A folder of its own for a test, gone with it.
 #pragma once
 
-#include <stdlib.h>
-
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <string_view>
+
+#include "platform/win32.h"
 
 namespace zelk::testing {
 
 class TempFolder {
  public:
   TempFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "zelk-XXXXXX").string();
-    path_ = mkdtemp(pattern.data());
+    static int count = 0;
+    const std::string start = "zelk-" + std::to_string(GetCurrentProcessId()) + '-';
+    // A name may be taken by a folder that another process, long gone, could not take away.
+    do {
+      path_ = (std::filesystem::temp_directory_path() / (start + std::to_string(++count))).string();
+    } while (!std::filesystem::create_directory(path_));
   }
   ~TempFolder() { std::filesystem::remove_all(path_); }
   TempFolder(const TempFolder&) = delete;

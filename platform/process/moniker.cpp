@@ -1,10 +1,10 @@
 // Monikers known by their display names.
-#include "platform/host/moniker.h"
+#include "platform/process/moniker.h"
 
 #include <cwchar>
 
-#include "platform/host/enumerator.h"
-#include "platform/host/ignore_case.h"
+#include "platform/enumerator.h"
+#include "platform/ignore_case.h"
 
 namespace zelk::host {
 namespace {
