@@ -7,6 +7,7 @@
 #include "common/log.h"
 #include "common/store.h"
 #include "common/wait.h"
+#include "platform/device_category.h"
 #include "platform/win32.h"
 
 namespace zelk {
@@ -110,14 +111,7 @@ HRESULT Saa713xDevice::ObtainFilters(IUnknown* captureFilter, IUnknown* tunerFil
 // The machine's TV-audio device sets mono and stereo on some boards. A card works without one, so
 // that nothing here is an error; of several devices the last one wins.
 void Saa713xDevice::BindTvAudio() {
-  ComPtr<ICreateDevEnum> deviceEnumerator;
-  if (FAILED(CoCreateInstance(kClsidSystemDeviceEnum, nullptr, CLSCTX_INPROC_SERVER,
-                              IidOf<ICreateDevEnum>(), deviceEnumerator.ReceiveVoid())) ||
-      !deviceEnumerator) {
-    return;
-  }
-  ComPtr<IEnumMoniker> monikers;
-  deviceEnumerator->CreateClassEnumerator(kCategoryTvAudio, monikers.Receive(), 0);
+  const ComPtr<IEnumMoniker> monikers = EnumerateCategory(kCategoryTvAudio);
   if (!monikers) return;
   monikers->Reset();
   for (ComPtr<IMoniker> moniker;

@@ -4,6 +4,7 @@
 #include "backends/saa713x/bus_addresses.h"
 #include "backends/saa713x/country_rules.h"
 #include "backends/saa713x/saa713x_device.h"
+#include "backends/tuner_modules/countries.h"
 #include "backends/tuner_modules/tuner_set.h"
 #include "common/log.h"
 #include "platform/property_request.h"
@@ -139,7 +140,7 @@ HRESULT Saa713xDevice::SetTVFormat(std::uint32_t standard, std::uint32_t country
 }
 
 HRESULT Saa713xDevice::PutTVSystem(std::uint32_t standard, std::uint32_t system) {
-  const auto country = CountryForSystem(standard, system);
+  const auto country = CountryForSystem(standard, system, 0);
   if (!country) return E_FAIL;
   const HRESULT result = SetTVFormat(standard, *country);
   Retune();
