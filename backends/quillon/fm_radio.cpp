@@ -1,7 +1,10 @@
 // FM radio: through the TV tuner, or on some boards through a separate receiver chip on the bus.
 #include "backends/quillon/quillon_device.h"
-#include "backends/tuner_modules/afc.h"
+#include "backends/tuner_modules/bus_addresses.h"
+#include "backends/tuner_modules/demodulator.h"
+#include "backends/tuner_modules/fm_pll.h"
 #include "backends/tuner_modules/tuner_set.h"
+#include "backends/tuner_modules/words.h"
 #include "common/store.h"
 #include "common/wait.h"
 
@@ -9,33 +12,25 @@ namespace zelk {
 namespace {
 
 constexpr std::uint32_t kSettlingMs = 80;
-constexpr std::uint32_t kStereo = 1;
 
 constexpr std::uint8_t kTunerAddress = 0xC0;
 constexpr std::uint8_t kFmReceiverAddress = 0xC0;
 constexpr std::uint8_t kFmReceiverReadAddress = 0xC1;
-constexpr std::uint8_t kDemodulatorAddress = 0x86;
 
 // Tuners whose IF demodulator reports the station.
 constexpr TunerSet kDemodulatorTuners = {13, 15, 19, 21, 23};
 // Tuners with a demodulator whose status byte can be read.
 constexpr TunerSet kTunersWithDemodulator = {13, 15, 19, 20, 21, 22, 23};
 
-// Stereo and mono of the IF demodulator: subaddress and the three registers behind it.
 struct AudioModeRow {
   TunerSet tunerTypes;
-  std::uint8_t stereo[4];
-  std::uint8_t mono[4];
+  AudioModeWords words;
 };
 
 constexpr AudioModeRow kAudioModes[] = {
-    {{13, 15, 19}, {0x00, 0x4E, 0x90, 0x4B}, {0x00, 0x4E, 0x30, 0x4B}},
-    {{21, 23}, {0x00, 0x4F, 0x94, 0x7D}, {0x00, 0x4F, 0x34, 0x7D}},
+    {{13, 15, 19}, kMk3AudioMode},
+    {{21, 23}, kMk5AudioMode},
 };
-
-// A PLL tuner's status byte in FM: lock, stereo and the AFC's middle.
-constexpr std::uint8_t kTunerFmMask = 0x57;
-constexpr std::uint8_t kTunerFmStation = 0x52;
 
 constexpr std::uint8_t kWeakestReceiverLevel = 0xA0;
 
@@ -58,7 +53,7 @@ HRESULT QuillonDevice::InitialFM(std::uint32_t) {
 
 bool QuillonDevice::WriteFmReceiver(bool japaneseBand) {
   const FmReceiverBytes bytes =
-      FmReceiverWord(FmFrequency, FmAudioMode == kStereo,
+      FmReceiverWord(FmFrequency, FmAudioMode == kFmStereo,
                      japaneseBand ? kFmReceiverJapaneseBand : kFmReceiverWesternBand);
   return WriteI2C(kFmReceiverAddress, bytes.data(), static_cast<std::uint32_t>(bytes.size()));
 }
@@ -97,8 +92,11 @@ HRESULT QuillonDevice::SetFMAudioMode(std::uint32_t mode) {
   }
   for (const AudioModeRow& row : kAudioModes) {
     if (!row.tunerTypes.Has(TunerType)) continue;
-    const std::uint8_t(&bytes)[4] = mode == kStereo ? row.stereo : row.mono;
-    return WriteI2C(kDemodulatorAddress, bytes, sizeof(bytes)) ? S_OK : E_FAIL;
+    const auto bytes =
+        WordBytes(row.words.word1, mode == kFmStereo ? row.words.stereo : row.words.mono);
+    return WriteI2C(kDemodulatorAddress, bytes.data(), static_cast<std::uint32_t>(bytes.size()))
+               ? S_OK
+               : E_FAIL;
   }
   return E_FAIL;
 }
@@ -121,44 +119,31 @@ HRESULT QuillonDevice::IsFMSignalPresent(std::uint32_t* present, std::uint32_t* 
     return E_FAIL;
   }
   WaitMs(kSettlingMs);
-  if (!FmViaTuner) return ReceiverFmPresence(present, strength, offset);
-  if (kDemodulatorTuners.Has(TunerType)) return DemodulatorFmPresence(present, strength, offset);
-  return TunerFmPresence(present, strength, offset);
+  const SignalPlaces places = {present, strength, offset};
+  if (!FmViaTuner) {
+    ReadFmReceiverStatus();
+    StoreFmReceiverStatus(places, kWeakestReceiverLevel);
+    return S_OK;
+  }
+  if (kDemodulatorTuners.Has(TunerType)) return DemodulatorFmPresence(places);
+  return TunerFmPresence(places);
 }
 
-HRESULT QuillonDevice::ReceiverFmPresence(std::uint32_t* present, std::uint32_t* strength,
-                                          double* offset) {
-  ReadFmReceiverStatus();
-  const std::uint8_t level = FmReceiverStatus[3] & 0xF0;
-  const std::uint8_t coarse = level >> 5;
-  Store(present, level >= kWeakestReceiverLevel);
-  Store(strength, coarse >= 2 ? coarse - 2 : coarse);
-  Store(offset, 0.0);
-  return S_OK;
-}
-
-HRESULT QuillonDevice::DemodulatorFmPresence(std::uint32_t* present, std::uint32_t* strength,
-                                             double* offset) {
-  // A status that cannot be read counts as 0, the middle of a station.
+HRESULT QuillonDevice::DemodulatorFmPresence(const SignalPlaces& places) {
   std::uint8_t status = 0;
   const HRESULT code = I2CRead(kDemodulatorAddress, &status);
+  // A status that cannot be read counts as 0, the middle of a station.
   const std::uint8_t afc = DemodulatorAfcCode(SUCCEEDED(code) ? status : 0);
-  Store(present, afc == 0 || afc == 15);
-  if (!offset) return code;
-  Store(offset, kDemodulatorAfc[afc].offsetKHz);
-  Store(strength, kDemodulatorAfc[afc].strength);
+  Store(places.present, afc == 0 || afc == 15);
+  // The strength is shown with the offset alone.
+  if (places.offset) StoreAfc(places, kDemodulatorAfc, afc);
   return code;
 }
 
-HRESULT QuillonDevice::TunerFmPresence(std::uint32_t* present, std::uint32_t* strength,
-                                       double* offset) {
+HRESULT QuillonDevice::TunerFmPresence(const SignalPlaces& places) {
   std::uint8_t status = 0;
   const HRESULT code = I2CRead(kTunerAddress, &status);
-  if (FAILED(code)) return code;
-  const std::uint8_t afc = TunerAfcCode(status);
-  Store(present, (status & kTunerFmMask) == kTunerFmStation);
-  Store(strength, offset ? kTunerAfc[afc].strength : afc);
-  Store(offset, kTunerAfc[afc].offsetKHz);
+  if (SUCCEEDED(code)) StoreTunerFmStatus(places, status);
   return code;
 }
 

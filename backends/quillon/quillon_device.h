@@ -16,6 +16,7 @@
 
 #include "ZElkAPI.h"
 #include "backends/tuner_modules/fm_receiver.h"
+#include "backends/tuner_modules/signal_reading.h"
 #include "platform/com_ptr.h"
 
 namespace zelk {
@@ -105,9 +106,8 @@ class QuillonDevice {
 
   // FM radio.
   bool WriteFmReceiver(bool japaneseBand);
-  HRESULT ReceiverFmPresence(std::uint32_t* present, std::uint32_t* strength, double* offset);
-  HRESULT DemodulatorFmPresence(std::uint32_t* present, std::uint32_t* strength, double* offset);
-  HRESULT TunerFmPresence(std::uint32_t* present, std::uint32_t* strength, double* offset);
+  HRESULT DemodulatorFmPresence(const SignalPlaces& places);
+  HRESULT TunerFmPresence(const SignalPlaces& places);
 
   // The video pin's format; empty when the card has no such pin.
   ComPtr<IAMStreamConfig> VideoPinConfig() const;

@@ -115,11 +115,7 @@ HRESULT Saa713xDevice::DemodulatorFmPresence(const SignalPlaces& places) {
 HRESULT Saa713xDevice::ReceiverFmPresence(const SignalPlaces& places) {
   constexpr std::uint8_t kWeakestStation = 0x50;
   ReadFmReceiverStatus();
-  const std::uint8_t level = FmReceiverStatus[3] & 0xF0;
-  const std::uint8_t strength = level >> 5;
-  Store(places.present, level >= kWeakestStation);
-  Store(places.strength, strength >= 2 ? strength - 2 : strength);
-  Store(places.offset, 0.0);
+  StoreFmReceiverStatus(places, kWeakestStation);
   return S_OK;
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "backends/tuner_modules/fm_receiver.h"
 #include "common/store.h"
 
 namespace zelk {
@@ -32,6 +33,14 @@ bool StoreTunerTvStatus(const SignalPlaces& places, std::uint8_t status) {
 void StoreTunerFmStatus(const SignalPlaces& places, std::uint8_t status) {
   Store(places.present, (status & kTunerFmMask) == kTunerFmStation);
   StoreAfc(places, kTunerAfc, TunerAfcCode(status));
+}
+
+void StoreFmReceiverStatus(const SignalPlaces& places, std::uint8_t weakestLevel) {
+  const std::uint8_t level = FmReceiverStatus[3] & 0xF0;
+  const std::uint8_t coarse = level >> 5;
+  Store(places.present, level >= weakestLevel);
+  Store(places.strength, coarse >= 2 ? coarse - 2 : coarse);
+  Store(places.offset, 0.0);
 }
 
 void StoreDemodulatorTvAfc(const SignalPlaces& places, std::uint8_t status,

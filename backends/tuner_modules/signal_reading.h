@@ -38,6 +38,10 @@ void StoreDemodulatorTvAfc(const SignalPlaces& places, std::uint8_t status,
 // … or, on modules whose AFC alone proves nothing, everything found. Leaves the offset alone.
 void StoreDemodulatorTvLock(const SignalPlaces& places, std::uint8_t status);
 
+// The FM receiver chip's status as it was read last. A station is present from `weakestLevel` on,
+// in the high nibble of the level byte.
+void StoreFmReceiverStatus(const SignalPlaces& places, std::uint8_t weakestLevel);
+
 // A TDA8290's AFC register: bit 7 is the lock, the rest a signed offset in counts of 13.2 kHz.
 inline constexpr std::uint8_t kSiliconAfcRegister = 0x1B;
 inline constexpr std::uint8_t kSiliconLocked = 0x80;
