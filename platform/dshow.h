@@ -40,7 +40,15 @@ inline constexpr CLSID kCategoryVideoInput = {
 inline constexpr CLSID kCategoryEncoder = {
     0x19689BF6, 0xC384, 0x48FD, {0xAD, 0x51, 0x90, 0xE5, 0x8C, 0x79, 0xF7, 0x0B}};
 
-// Format types of video: VIDEOINFOHEADER, VIDEOINFOHEADER2.
+// The class of every filter that stands for a kernel-streaming device.
+inline constexpr CLSID kClsidKsProxy = {
+    0x17CCA71B, 0xECD7, 0x11D0, {0xB9, 0x08, 0x00, 0xA0, 0xC9, 0x22, 0x31, 0x96}};
+
+// Media types, and the records behind `AM_MEDIA_TYPE::pbFormat`.
+inline constexpr GUID kMediaTypeVideo = {
+    0x73646976, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
+inline constexpr GUID kMediaSubtypeUyvy = {
+    0x59565955, 0x0000, 0x0010, {0x80, 0x00, 0x00, 0xAA, 0x00, 0x38, 0x9B, 0x71}};
 inline constexpr GUID kFormatVideoInfo = {
     0x05589F80, 0xC356, 0x11CE, {0xBF, 0x01, 0x00, 0xAA, 0x00, 0x55, 0x59, 0x5A}};
 inline constexpr GUID kFormatVideoInfo2 = {
@@ -54,6 +62,7 @@ inline constexpr GUID kPropsetVideoDecoder = {
 
 static_assert(sizeof(KSPROPERTY) == 24);
 static_assert(sizeof(KSPROPERTY_TUNER_FREQUENCY_S) == 56);
+static_assert(sizeof(KSPROPERTY_TUNER_STATUS_S) == 40);
 static_assert(sizeof(KSPROPERTY_VIDEODECODER_S) == 32);
 
 }  // namespace zelk
