@@ -191,6 +191,12 @@ TEST_F(QuillonFm, StatusBytes) {
   EXPECT_THAT(TakeLog(), ElementsAre("Quillon I2CRead() fail", "Quillon I2CRead() fail",
                                      "Quillon I2CRead() fail"));
 
+  // A module that shows its demodulator although it has no FM section.
+  PlugTold(26, 0x86);
+  chip.Tell({0x1C});
+  EXPECT_EQ(device()->GetFMStatusByte(nullptr, &demodulatorByte), S_OK);
+  EXPECT_EQ(demodulatorByte, 0x1C);
+
   // Without a demodulator.
   PlugTold(16, 0xC0);
   chip.Tell({0x52});

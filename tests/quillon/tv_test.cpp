@@ -106,6 +106,9 @@ TEST_F(QuillonTv, RefusedFormats) {
     EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), one.result) << one.request;
     EXPECT_EQ(host::TakeDebugOutput(), one.debugger) << one.request;
     card->ClearRefusals();
+    if (one.request == std::string("tuner get-channel")) {
+      EXPECT_THAT(TakeTrace(), Contains("tuner channel 0 -1 -1"));
+    }
     TakeTrace();
     ZELK_put_TVFormat(AnalogVideo_PAL_B, 49);
     EXPECT_EQ(TakeCountries().empty(), one.stored) << one.request;
@@ -210,6 +213,22 @@ TEST_F(QuillonTv, SignalOnTheAir) {
   // The tuner's own refusals are not told apart.
   card->Refuse("tuner get TUNER.6", kRefused);
   EXPECT_EQ(AskSignal(ZELK_IsSignalPresent), (Reading{E_FAIL, 0, 0, 0.0}));
+}
+
+// Beside a carrier the driver reports some strength; only the full one counts.
+TEST_F(QuillonTv, HalfACarrierIsNone) {
+  PlugTv(11, MakeAir({175250}));
+  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
+  bool seen = false;
+  for (std::uint32_t beside = 175250; beside < 177250; beside += 50) {
+    ASSERT_EQ(ZELK_SetFreq(beside, nullptr), S_OK);
+    std::uint32_t present = kUntouched;
+    std::uint32_t strength = 0;
+    Slot<QuillonDevice>()->IsSignalPresent_TUNER(&present, &strength, nullptr);
+    EXPECT_EQ(present, strength == 100 ? 1u : 0u) << beside;
+    seen = seen || (strength >= 50 && strength < 100);
+  }
+  EXPECT_TRUE(seen) << "the driver never reported a half strength";
 }
 
 // The driver's offset is a signed figure that applications are given as an unsigned one.
