@@ -98,10 +98,19 @@ struct Ql2Interfaces {
   }
 };
 
+// It is a failure when a test holds something of the card when it ends or plugs in another.
 class Ql2CardTest : public ModelTest {
  protected:
-  Ql2Card& Plug(const Ql2Options& options, Air air = {}) {
+  ~Ql2CardTest() override { Unplug(); }
+
+  void Unplug() {
+    if (card_) {
+      EXPECT_EQ(card_->LiveReferences(), 0);
+    }
     card_.reset();
+  }
+  Ql2Card& Plug(const Ql2Options& options, Air air = {}) {
+    Unplug();
     card_ = Ql2Card::Create(options, std::move(air));
     return *card_;
   }
