@@ -283,7 +283,7 @@ HRESULT ZELK_CALL ZELK_SetTunerPowerState(uint32_t state);
 
 /* Sound effects of the SAA7135. Always ZELK_S_OK, also without a card. */
 
-/** Sets the virtual surround mode. Always ZELK_S_OK. Cards: S. */
+/** Sets the virtual mode. Always ZELK_S_OK. Cards: S. */
 HRESULT ZELK_CALL ZELK_Set7135VirtualMode(uint32_t value);
 /** Sets the stereo effect. Always ZELK_S_OK. Cards: S. */
 HRESULT ZELK_CALL ZELK_Set7135VirtualStereoEffect(uint32_t value);
@@ -291,7 +291,7 @@ HRESULT ZELK_CALL ZELK_Set7135VirtualStereoEffect(uint32_t value);
 HRESULT ZELK_CALL ZELK_Set7135Bass(uint32_t value);
 /** Sets the treble. Always ZELK_S_OK. Cards: S. */
 HRESULT ZELK_CALL ZELK_Set7135Treble(uint32_t value);
-/** Reads the virtual surround mode. Always ZELK_S_OK. Cards: S. */
+/** Reads the virtual mode. Always ZELK_S_OK. Cards: S. */
 HRESULT ZELK_CALL ZELK_Get7135VirtualMode(uint32_t* value);
 /** Reads the stereo effect. Always ZELK_S_OK. Cards: S. */
 HRESULT ZELK_CALL ZELK_Get7135VirtualStereoEffect(uint32_t* value);
