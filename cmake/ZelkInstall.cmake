@@ -90,7 +90,7 @@ endif()
 # --- Documentation, with its links as they are in the source tree ---
 install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${ZELK_DOCDIR})
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs ${PROJECT_SOURCE_DIR}/examples DESTINATION ${ZELK_DOCDIR}
-  PATTERN zelk.1 EXCLUDE PATTERN __pycache__ EXCLUDE)
+  PATTERN zelk.1 EXCLUDE PATTERN Doxyfile EXCLUDE PATTERN __pycache__ EXCLUDE)
 # The reference, where scripts/docs has made it.
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/build/docs/html/ DESTINATION ${ZELK_DOCDIR}/reference
   OPTIONAL)

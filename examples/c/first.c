@@ -8,6 +8,7 @@ int main(void) {
   uint32_t strength = 0;
   double afcOffsetKHz = 0;
   ZELKV_Card* card;
+  HRESULT result;
 
   ZELKV_UseVirtualClock(); /* waits take no time */
   card = ZELKV_PlugIn("saa7134,tuner=14", "western-europe-city");
@@ -15,8 +16,9 @@ int main(void) {
     fprintf(stderr, "%s\n", ZELKV_LastError());
     return 1;
   }
-  if (ZELK_HWInit(ZELKV_CaptureFilter(card), ZELKV_FriendlyName(card), ZELKV_TunerFilter(card), 0) <
-      0) {
+  result =
+      ZELK_HWInit(ZELKV_CaptureFilter(card), ZELKV_FriendlyName(card), ZELKV_TunerFilter(card), 0);
+  if (result < 0) {
     fprintf(stderr, "the card was refused; the log file in this folder says why\n");
     return 1;
   }
