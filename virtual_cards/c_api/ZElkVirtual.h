@@ -77,8 +77,9 @@ void ZELK_CALL ZELKV_Unplug(ZELKV_Card* card);
  * unplugged. */
 const char* ZELK_CALL ZELKV_FriendlyName(ZELKV_Card* card);
 
-/** The card's capture filter. The reference stays the card's: valid until the card is unplugged,
- * and nothing to release (whoever calls AddRef on it releases that). */
+/** The card's capture filter; null on a card without one. The reference stays the card's: valid
+ * until the card is unplugged, and nothing to release (whoever calls AddRef on it releases that).
+ */
 struct IUnknown* ZELK_CALL ZELKV_CaptureFilter(ZELKV_Card* card);
 
 /** The card's TV-tuner filter, likewise; null on a card without one. */
@@ -91,7 +92,7 @@ struct IUnknown* ZELK_CALL ZELKV_TunerFilter(ZELKV_Card* card);
 
 /** Waits take no time from now on: the clock starts at 0 and jumps ahead when somebody waits. A
  * scan of minutes is over in milliseconds, and a run is the same each time.
- * @return 1; 0 where the waits are the system's own and cannot be shortened (Windows) */
+ * @return 1; 0 where the waits are the system's own and cannot be shortened */
 int32_t ZELK_CALL ZELKV_UseVirtualClock(void);
 
 /** Waits take as long as hardware needs. This is what a process starts with. */

@@ -4,7 +4,7 @@
 
 int32_t ZELK_CALL ZELKV_UseVirtualClock(void) {
   zelk::host::UseVirtualClock();
-  return 1;
+  return zelk::host::ClockIsVirtual() ? 1 : 0;
 }
 
 void ZELK_CALL ZELKV_UseRealClock(void) { zelk::host::UseRealClock(); }
