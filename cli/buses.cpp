@@ -1,4 +1,4 @@
-// zelk eeprom, zelk i2c, zelk remote
+// zelk eeprom, zelk i2c, zelk remote, zelk lock
 #include <CLI/CLI.hpp>
 #include <iostream>
 
@@ -128,6 +128,34 @@ int ReadRemote(const Options& options, bool chip) {
   return kExitSuccess;
 }
 
+struct LockArguments {
+  std::string index;
+  std::string state;  // empty: ask
+};
+
+int HandleLock(const Options& options, const LockArguments& arguments) {
+  constexpr std::uint32_t kHighestLock = 1;
+  const std::uint32_t index = ParseNumber(arguments.index, kHighestLock, "index");
+  Session session(options);
+  // A card takes a lock in a mode alone.
+  session.StartTv();
+  if (!arguments.state.empty()) {
+    session.Check(ZELK_SetHWLock(index, arguments.state == "on" ? 1 : 0),
+                  "set lock " + std::to_string(index));
+  }
+  std::uint32_t value = 0;
+  session.Check(ZELK_GetHWLock(index, &value), "read lock " + std::to_string(index));
+  if (options.json) {
+    PrintJson({{"command", "lock"},
+               {"card", session.CardDescription()},
+               {"lock", index},
+               {"on", value != 0}});
+  } else {
+    std::cout << "Lock " << index << ": " << (value != 0 ? "on" : "off") << '\n';
+  }
+  return kExitSuccess;
+}
+
 void AddEeprom(CLI::App& app, Command& chosen) {
   CLI::App* eeprom = app.add_subcommand("eeprom", "Dump the board's EEPROM");
   auto arguments = std::make_shared<EepromArguments>();
@@ -184,12 +212,29 @@ void AddRemote(CLI::App& app, Command& chosen) {
   });
 }
 
+void AddLock(CLI::App& app, Command& chosen) {
+  CLI::App* lock = app.add_subcommand("lock", "Show or set one of the driver's two locks");
+  auto arguments = std::make_shared<LockArguments>();
+  lock->add_option("index", arguments->index,
+                   "0: the driver leaves the tuner alone; 1: the application's own")
+      ->type_name("0|1")
+      ->required();
+  lock->add_option("state", arguments->state, "New state (default: show the present one)")
+      ->check(CLI::IsMember({"on", "off"}))
+      ->type_name("on|off");
+  lock->footer("Examples:\n  zelk lock 0\n  zelk lock 0 on");
+  lock->callback([&chosen, arguments] {
+    chosen = [arguments](const Options& options) { return HandleLock(options, *arguments); };
+  });
+}
+
 }  // namespace
 
 void AddBusCommands(CLI::App& app, Command& chosen) {
   AddEeprom(app, chosen);
   AddI2c(app, chosen);
   AddRemote(app, chosen);
+  AddLock(app, chosen);
 }
 
 }  // namespace zelk::cli

@@ -33,7 +33,9 @@ void AddRadioCommands(CLI::App& app, Command& chosen);
 void AddAudioCommands(CLI::App& app, Command& chosen);
 // scan
 void AddScanCommands(CLI::App& app, Command& chosen);
-// eeprom, i2c, remote
+// mpeg, adc
+void AddEncoderCommands(CLI::App& app, Command& chosen);
+// eeprom, i2c, remote, lock
 void AddBusCommands(CLI::App& app, Command& chosen);
 
 }  // namespace zelk::cli

@@ -82,6 +82,7 @@ int Run(int argc, char** argv) {
   AddScanCommands(app, chosen);
   AddRadioCommands(app, chosen);
   AddAudioCommands(app, chosen);
+  AddEncoderCommands(app, chosen);
   AddBusCommands(app, chosen);
   PointToGlobalOptions(app);
   // Set last: a command takes over the footer that stands when it is added.

@@ -128,6 +128,9 @@ HRESULT Session::AskSignal(const Band& band, Signal& signal) const {
   const HRESULT code = band.IsSignalPresent(&present, &strength, &afcOffsetKHz);
   signal.present = present == 1;
   if (strength != kNoStrength) signal.strength = strength;
+  // The MPEG-encoder cards' offset is a signed 32-bit figure that is delivered as an unsigned one.
+  constexpr double kWrap = 4294967296.0;
+  if (afcOffsetKHz >= kWrap / 2) afcOffsetKHz -= kWrap;
   if (!std::isnan(afcOffsetKHz)) signal.afcOffsetKHz = afcOffsetKHz;
   return code;
 }

@@ -44,15 +44,43 @@ function(zelk_folder target scope)
     file(MAKE_DIRECTORY ${root}/${parent})
     file(CREATE_LINK ${PROJECT_SOURCE_DIR}/${path} ${root}/${path} SYMBOLIC)
   endforeach()
-  target_include_directories(${target} ${scope} ${root})
+  target_include_directories(${target} ${scope} $<BUILD_INTERFACE:${root}>)
 endfunction()
 
-# The public header stands in api/ and may be included from everywhere: it declares the records that
-# the backends fill and depends on nothing.
-add_library(zelk_public_header INTERFACE)
-file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/include/public)
-file(CREATE_LINK ${PROJECT_SOURCE_DIR}/api/ZElkAPI.h ${CMAKE_BINARY_DIR}/include/public/ZElkAPI.h SYMBOLIC)
-target_include_directories(zelk_public_header INTERFACE ${CMAKE_BINARY_DIR}/include/public)
+# zelk_header(TARGET HEADER): TARGET is a public header, included by its name alone as users do.
+function(zelk_header target header)
+  cmake_path(ABSOLUTE_PATH header OUTPUT_VARIABLE file)
+  cmake_path(GET file FILENAME name)
+  set(root ${CMAKE_BINARY_DIR}/include/${target})
+  add_library(${target} INTERFACE)
+  file(MAKE_DIRECTORY ${root})
+  file(CREATE_LINK ${file} ${root}/${name} SYMBOLIC)
+  target_include_directories(${target} INTERFACE $<BUILD_INTERFACE:${root}>)
+endfunction()
+
+# This one may be included from everywhere: it declares the records that the backends fill and
+# depends on nothing.
+zelk_header(zelk_public_header api/ZElkAPI.h)
+
+# zelk_exports(TARGET DEFINITION): the shared library exports the names of its definition file and
+# nothing else.
+function(zelk_exports target definition)
+  cmake_path(ABSOLUTE_PATH definition)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${definition})
+  if(WIN32)
+    # A cdecl name carries an underscore in the object files; the definition file names the export
+    # without.
+    target_sources(${target} PRIVATE ${definition})
+    return()
+  endif()
+  file(STRINGS ${definition} names REGEX "^  Z")
+  list(TRANSFORM names STRIP)
+  list(JOIN names ";\n    " names)
+  set(map ${CMAKE_CURRENT_BINARY_DIR}/exports.map)
+  file(CONFIGURE OUTPUT ${map} CONTENT "{\n  global:\n    @names@;\n  local:\n    *;\n};\n" @ONLY)
+  target_link_options(${target} PRIVATE -Wl,--version-script=${map} -Wl,--no-undefined)
+  set_target_properties(${target} PROPERTIES LINK_DEPENDS ${map})
+endfunction()
 
 # zelk_library(NAME SOURCES... LINKS targets...): a static library that belongs to the library itself. Its
 # headers are those of the folder it is declared in.

@@ -11,18 +11,27 @@
 
 namespace zelk {
 
-template <class EnumInterface, class Item>
+// What an enumerator's caller gets of a stored item, and owns from then on. Other things than
+// interfaces bring a function of this name of their own.
+template <class Interface>
+Interface* HandOut(const ComPtr<Interface>& stored) {
+  return ComPtr<Interface>(stored).Detach();
+}
+
+template <class EnumInterface, class Stored>
 class Enumerator : public ComObject<EnumInterface> {
  public:
-  explicit Enumerator(std::vector<ComPtr<Item>> items, std::size_t position = 0)
+  using Item = decltype(HandOut(std::declval<const Stored&>()));
+
+  explicit Enumerator(std::vector<Stored> items, std::size_t position = 0)
       : items_(std::move(items)), position_(position) {}
 
-  HRESULT STDMETHODCALLTYPE Next(ULONG count, Item** items, ULONG* fetched) override {
+  HRESULT STDMETHODCALLTYPE Next(ULONG count, Item* items, ULONG* fetched) override {
     if (fetched) *fetched = 0;
     if (!items) return E_POINTER;
     if (count > 1 && !fetched) return E_INVALIDARG;
     const ULONG given = AtMost(count);
-    for (ULONG i = 0; i < given; ++i) items[i] = ComPtr<Item>(items_[position_++]).Detach();
+    for (ULONG i = 0; i < given; ++i) items[i] = HandOut(items_[position_++]);
     if (fetched) *fetched = given;
     return given == count ? S_OK : S_FALSE;
   }
@@ -49,7 +58,7 @@ class Enumerator : public ComObject<EnumInterface> {
     return static_cast<ULONG>(std::min<std::size_t>(count, items_.size() - position_));
   }
 
-  const std::vector<ComPtr<Item>> items_;
+  const std::vector<Stored> items_;
   std::size_t position_;
 };
 

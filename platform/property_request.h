@@ -28,4 +28,12 @@ HRESULT GetProperty(IKsPropertySet* properties, REFGUID set, DWORD id, Block& bl
   return GetProperty(properties, set, id, &block, sizeof(Block));
 }
 
+// Whether the driver says that it offers a property for reading (KSPROPERTY_SUPPORT_GET) or writing
+// (KSPROPERTY_SUPPORT_SET). A driver that does not answer offers nothing.
+inline bool IsSupported(IKsPropertySet* properties, REFGUID set, DWORD id, DWORD access) {
+  DWORD support = 0;
+  return properties && SUCCEEDED(properties->QuerySupported(set, id, &support)) &&
+         (support & access) != 0;
+}
+
 }  // namespace zelk

@@ -33,12 +33,14 @@ install_native() {
       libbenchmark-dev
 }
 
-# build PRESET: configures and builds, and prints the tools' output only when they fail.
+# build PRESET ARGUMENTS...: configures and builds, and prints the tools' output only when they fail.
 build() {
+  local preset=$1
+  shift
   mkdir -p build
-  echo "Building $1 ..." >&2
-  if ! { cmake --preset "$1" && cmake --build --preset "$1"; } >"build/$1.log" 2>&1; then
-    cat "build/$1.log" >&2
+  echo "Building $preset ..." >&2
+  if ! { cmake --preset "$preset" && cmake --build --preset "$preset" "$@"; } >"build/$preset.log" 2>&1; then
+    cat "build/$preset.log" >&2
     exit 1
   fi
 }

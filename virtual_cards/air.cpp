@@ -7,6 +7,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "platform/module_path.h"
 #include "platform/win32.h"
 #include "virtual_cards/video_standard.h"
 
@@ -235,6 +236,9 @@ const Element* NearestIn(const std::vector<Element>& elements, Frequency Element
   return nearest;
 }
 
+// From the folder of an installed program or library.
+constexpr const char* kInstalled = "../share/zelkapi";
+
 fs::path ProgramFolder() {
   char name[MAX_PATH] = {};
   const DWORD length = GetModuleFileNameA(nullptr, name, MAX_PATH);
@@ -267,10 +271,18 @@ std::filesystem::path DataFolder() {
   char chosen[MAX_PATH] = {};
   const DWORD length = GetEnvironmentVariableA("ZELKAPI_DATA", chosen, MAX_PATH);
   if (length > 0 && length < MAX_PATH) return chosen;
+  // The virtual cards may be part of a library that an interpreter has loaded from anywhere. Debian
+  // keeps libraries one folder deeper than programs.
+  static const char kHere = 0;
   const fs::path program = ProgramFolder();
-  fs::path beside = program / "data";
-  if (fs::is_directory(beside)) return beside;
-  return (program / "../share/zelkapi").lexically_normal();
+  std::vector<fs::path> folders = {program / "data", program / kInstalled};
+  if (const fs::path module = ModulePathOf(&kHere).parent_path(); !module.empty())
+    folders.insert(folders.end(),
+                   {module / "data", module / kInstalled, module / ".." / kInstalled});
+  for (const fs::path& folder : folders) {
+    if (fs::is_directory(folder)) return folder.lexically_normal();
+  }
+  return (program / kInstalled).lexically_normal();
 }
 
 std::vector<std::string> RasterIds() { return IdsIn(DataFolder() / "rasters"); }

@@ -63,7 +63,8 @@ struct Air {
 inline constexpr std::string_view kDefaultPlace = "western-europe-city";
 
 // The folder with rasters/ and places/: the environment variable ZELKAPI_DATA, else "data" beside
-// the running program, else "../share/zelkapi" from it.
+// the running program, else "../share/zelkapi" from it, else the same as seen from the shared
+// library that this code is part of.
 std::filesystem::path DataFolder();
 
 // All of these throw std::runtime_error with a message that names the file and what is wrong with

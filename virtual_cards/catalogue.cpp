@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "virtual_cards/cards/ql2/options.h"
 #include "virtual_cards/cards/saa713x/options.h"
 #include "virtual_cards/cards/virtual_card.h"
 
@@ -54,6 +55,7 @@ void AddFamily(std::vector<Entry>& entries, const Kind (&kinds)[Count], Create c
 std::vector<Entry> Entries() {
   std::vector<Entry> entries;
   AddFamily(entries, kSaa713xKinds, CreateSaa713x);
+  AddFamily(entries, kQl2Kinds, CreateQl2);
   return entries;
 }
 

@@ -42,26 +42,6 @@ constexpr CountryStandardRow kCountryStandards[] = {
     {AnalogVideo_SECAM_L, {33}},
 };
 
-struct SystemRow {
-  std::uint32_t standards;  // one bit each
-  std::uint32_t system1;
-  std::uint32_t system2;
-  std::uint32_t system4;
-  std::uint32_t otherwise;
-};
-
-constexpr SystemRow kSystems[] = {
-    {AnalogVideo_NTSC_M | AnalogVideo_NTSC_M_J | AnalogVideo_NTSC_433, 1, 1, 1, 1},
-    {AnalogVideo_PAL_B | AnalogVideo_PAL_G, 49, 34, 0, 0},
-    {AnalogVideo_PAL_D, 420, 86, 0, 0},
-    {AnalogVideo_PAL_I, 0, 44, 0, 0},
-    {AnalogVideo_PAL_M, 0, 0, 55, 0},
-    {AnalogVideo_PAL_N, 0, 0, 54, 0},
-    {AnalogVideo_PAL_60, 0, 0, 0, 0},
-    {AnalogVideo_SECAM_D | AnalogVideo_SECAM_K | AnalogVideo_SECAM_K1, 0, 7, 0, 0},
-    {AnalogVideo_SECAM_L | AnalogVideo_SECAM_L1, 0, 33, 0, 0},
-};
-
 std::optional<std::uint32_t> Substitute(Countries SubstituteRow::*column, std::uint32_t standard,
                                         std::uint32_t country) {
   for (const SubstituteRow& row : kSubstitutes) {
@@ -91,24 +71,6 @@ bool IsStandardOfCountry(std::uint32_t standard, std::uint32_t country) {
     if (row.standard == standard && country != 0 && Contains(row.countries, country)) return true;
   }
   return false;
-}
-
-std::optional<std::uint32_t> CountryForSystem(std::uint32_t standard, std::uint32_t system) {
-  for (const SystemRow& row : kSystems) {
-    // Exactly one standard: a mask of several is none.
-    if ((row.standards & standard) == 0 || (standard & (standard - 1)) != 0) continue;
-    switch (system) {
-      case 1:
-        return row.system1;
-      case 2:
-        return row.system2;
-      case 4:
-        return row.system4;
-      default:
-        return row.otherwise;
-    }
-  }
-  return std::nullopt;
 }
 
 }  // namespace zelk

@@ -19,8 +19,4 @@ std::optional<std::uint32_t> SubstituteForTuning(std::uint32_t standard, std::ui
 // to be taken over.
 bool IsStandardOfCountry(std::uint32_t standard, std::uint32_t country);
 
-// The country that stands for a standard with a sound system (1, 2, 4 or another). Empty for a
-// standard that has none.
-std::optional<std::uint32_t> CountryForSystem(std::uint32_t standard, std::uint32_t system);
-
 }  // namespace zelk

@@ -46,7 +46,7 @@ class FilterGraph : public ComObject<IGraphBuilder> {
     if (!ppEnum) return E_POINTER;
     std::vector<ComPtr<IBaseFilter>> filters;
     for (const Member& member : members_) filters.push_back(member.filter);
-    *ppEnum = new Enumerator<IEnumFilters, IBaseFilter>(std::move(filters));
+    *ppEnum = new Enumerator<IEnumFilters, ComPtr<IBaseFilter>>(std::move(filters));
     return S_OK;
   }
 

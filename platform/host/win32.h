@@ -33,7 +33,7 @@ BOOL WriteFile(HANDLE hFile, LPCVOID lpBuffer, DWORD nNumberOfBytesToWrite,
 BOOL CloseHandle(HANDLE hObject);
 BOOL DeleteFileA(LPCSTR lpFileName);
 
-// --- Profile files, registry, locale: read from the host's settings folder (host/control.h) ---
+// --- Profile files, registry, locale: read from the host's settings folder (platform/control.h) ---
 UINT GetPrivateProfileIntA(LPCSTR lpAppName, LPCSTR lpKeyName, INT nDefault, LPCSTR lpFileName);
 DWORD GetPrivateProfileStringA(LPCSTR lpAppName, LPCSTR lpKeyName, LPCSTR lpDefault,
                                LPSTR lpReturnedString, DWORD nSize, LPCSTR lpFileName);
@@ -57,7 +57,7 @@ int StrToIntA(LPCSTR pszSrc);
 
 // --- Processes and modules ---
 inline constexpr UINT SW_SHOW = 5;
-// Starts nothing: the command is recorded (host/control.h) and the answer is that of a program that
+// Starts nothing: the command is recorded (platform/control.h) and the answer is that of a program that
 // could not be found (2), as for a registration tool that the system lacks.
 UINT WinExec(LPCSTR lpCmdLine, UINT uCmdShow);
 DWORD GetCurrentProcessId();
@@ -71,7 +71,7 @@ FARPROC GetProcAddress(HMODULE hModule, LPCSTR lpProcName);
 BOOL FreeLibrary(HMODULE hLibModule);
 void OutputDebugStringA(LPCSTR lpOutputString);
 
-// --- Time (the host clock, real or virtual: host/control.h) ---
+// --- Time (the host clock, real or virtual: platform/control.h) ---
 inline constexpr UINT TIME_MS = 1;
 struct MMTIME {
   UINT wType;

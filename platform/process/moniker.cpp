@@ -96,7 +96,8 @@ HRESULT NamedMoniker::ParseDisplayName(IBindCtx*, IMoniker*, LPOLESTR, ULONG*, I
 HRESULT NamedMoniker::IsSystemMoniker(DWORD*) { return E_NOTIMPL; }
 
 ComPtr<IEnumMoniker> EnumerateMonikers(std::vector<ComPtr<IMoniker>> monikers) {
-  return ComPtr<IEnumMoniker>::Adopt(new Enumerator<IEnumMoniker, IMoniker>(std::move(monikers)));
+  return ComPtr<IEnumMoniker>::Adopt(
+      new Enumerator<IEnumMoniker, ComPtr<IMoniker>>(std::move(monikers)));
 }
 
 }  // namespace zelk::host

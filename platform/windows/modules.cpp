@@ -11,12 +11,11 @@
 #include <vector>
 
 #include "platform/control.h"
+#include "platform/module_path.h"
 #include "platform/mutex.h"
 #include "platform/process/calls.h"
 #include "platform/windows/forwarder.h"
 #include "platform/windows/imports.h"
-
-extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace zelk::host {
 namespace {
@@ -52,12 +51,8 @@ OfferedModule* Find(ModuleTable& table, HMODULE module) {
 }
 
 std::string PathOf(std::string_view name) {
-  char program[MAX_PATH];
-  const DWORD length =
-      GetModuleFileNameA(reinterpret_cast<HMODULE>(&__ImageBase), program, sizeof program);
-  std::string path(program, length);
-  path.erase(path.find_last_of('\\') + 1);
-  return path + kFolder + '\\' + std::string(name);
+  const auto path = ModulePathOf(reinterpret_cast<const void*>(&PathOf)).parent_path() / kFolder / name;
+  return path.string();
 }
 
 // Ends the forwarding; the DLL stays loaded as long as somebody else holds it.

@@ -19,10 +19,13 @@ ULONG BoardConfigOf(std::string_view description) {
 TEST(CreateCard, Kinds) {
   for (const CardKind& kind : CardKinds()) {
     const auto card = CreateCard(kind.name, {});
+    EXPECT_TRUE(card->CaptureFilter());
+    EXPECT_FALSE(card->FriendlyName().empty());
+    EXPECT_FALSE(kind.description.empty());
+    if (!kind.name.starts_with("saa")) continue;
     ULONG chip = 0;
     Interfaces(*card).device->GetChipId(&chip);
     EXPECT_EQ(std::stoul(kind.name.substr(3), nullptr, 16), chip);
-    EXPECT_FALSE(kind.description.empty());
     EXPECT_THAT(card->FriendlyName(), HasSubstr(kind.name.substr(3)));
     EXPECT_TRUE(card->TunerFilter());
   }

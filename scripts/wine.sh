@@ -1,0 +1,75 @@
+# Windows programs on this machine: a small 32-bit Debian system with Wine in a folder of its own. To be sourced after
+# common.sh. The folder is $ZELK_WINE_ROOT, else /opt/zelk-wine32; it is made when it is missing and kept.
+wine_root=${ZELK_WINE_ROOT:-/opt/zelk-wine32}
+wine_prefix=/root/.wine-zelk
+wine_run_folder=
+
+# in_wine_root COMMAND...: runs the command in the root as its own system. What is mounted for it is seen by it alone and
+# goes with it.
+in_wine_root() {
+  unshare --mount -- bash -c '
+    root=$1; shift
+    mountpoint -q "$root/proc" || mount -t proc proc "$root/proc"
+    mountpoint -q "$root/dev" || mount --bind /dev "$root/dev"
+    exec chroot "$root" "$@"' in_wine_root "$wine_root" \
+    env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LANG=C DEBIAN_FRONTEND=noninteractive \
+    WINEPREFIX=$wine_prefix WINEDEBUG=-all "$@"
+}
+
+# make_wine_root: makes the root where there is none. Fails with the reason on standard output.
+make_wine_root() {
+  if [ "$(id -u)" -ne 0 ]; then
+    echo "only root may change the root folder of a program"
+    return 1
+  fi
+  if ! unshare --mount true 2>/dev/null; then
+    echo "this machine does not let its root user mount anything"
+    return 1
+  fi
+  [ -x "$wine_root/usr/bin/wine" ] && return
+  (install debootstrap) >&2 || {
+    echo "debootstrap cannot be installed"
+    return 1
+  }
+  local log=build/wine-root.log mirror
+  mkdir -p build "$(dirname "$wine_root")"
+  echo "Making a 32-bit system with Wine in $wine_root ..." >&2
+  mirror=$(sed -nE 's/^(URIs:|deb( \[[^]]*\])?) +(https?:[^ ]+debian)\/?( .*)?$/\3/p' /etc/apt/sources.list \
+    /etc/apt/sources.list.d/* 2>/dev/null | head -1)
+  local unfinished=$wine_root.unfinished
+  rm -rf --one-file-system "$unfinished"
+  # dpkg need not make sure that every file has reached the disk: an interrupted root is made anew.
+  mkdir -p "$unfinished/etc/dpkg/dpkg.cfg.d"
+  echo force-unsafe-io >"$unfinished/etc/dpkg/dpkg.cfg.d/unsafe-io"
+  unshare --mount debootstrap --arch=i386 --variant=minbase bookworm "$unfinished" \
+    "${mirror:-http://deb.debian.org/debian}" >"$log" 2>&1 &&
+    wine_root=$unfinished in_wine_root apt-get install -qq -y --no-install-recommends wine wine32 >>"$log" 2>&1 &&
+    rm -rf "$unfinished"/var/cache/apt/archives/*.deb &&
+    mv "$unfinished" "$wine_root" || {
+      echo "it cannot be made, see $log: $(tail -1 "$log")"
+      return 1
+    }
+}
+
+# start_wine FILE...: a folder in the root with these files in it, the current one of the programs that `wine` runs. One
+# run at a time has the root.
+start_wine() {
+  exec {wine_lock}>"$wine_root/.zelk-lock"
+  flock "$wine_lock"
+  wine_run_folder=$(mktemp -d "$wine_root/tmp/zelk-XXXXXX")
+  trap stop_wine EXIT
+  cp -rL "$@" "$wine_run_folder"
+  # Kept running between the programs: each of them would start it anew. The first time it sets Windows up.
+  in_wine_root wineserver -p {wine_lock}>&-
+  in_wine_root wineboot --init {wine_lock}>&- >/dev/null 2>&1
+}
+
+stop_wine() {
+  in_wine_root wineserver -k || true
+  rm -rf --one-file-system "$wine_run_folder"
+}
+
+# wine PROGRAM ARGUMENTS...: runs it in the folder.
+wine() {
+  in_wine_root bash -c 'cd "$1" && shift && exec wine "$@"' wine "${wine_run_folder#"$wine_root"}" "$@" {wine_lock}>&-
+}

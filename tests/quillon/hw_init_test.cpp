@@ -1,0 +1,246 @@
+// Discovery: names, devices, the graph and what the board is found to be.
+#include <algorithm>
+
+#include "tests/quillon/quillon_test.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::MatchesRegex;
+using ::testing::UnorderedElementsAre;
+using virtual_cards::Ql2Options;
+
+const std::string kNotReady = "Quillon SetHWLock(): Hardware not initial";
+
+// The names of the running object table's entries.
+std::vector<std::wstring> RunningObjects(ComPtr<IUnknown>* first = nullptr) {
+  std::vector<std::wstring> names;
+  ComPtr<IRunningObjectTable> table;
+  ComPtr<IEnumMoniker> monikers;
+  EXPECT_EQ(GetRunningObjectTable(0, table.Receive()), S_OK);
+  EXPECT_EQ(table->EnumRunning(monikers.Receive()), S_OK);
+  for (ComPtr<IMoniker> moniker; monikers->Next(1, moniker.Receive(), nullptr) == S_OK;) {
+    LPOLESTR name = nullptr;
+    EXPECT_EQ(moniker->GetDisplayName(nullptr, nullptr, &name), S_OK);
+    names.emplace_back(name);
+    CoTaskMemFree(name);
+    if (first && !*first) {
+      EXPECT_EQ(table->GetObject(moniker.Get(), first->Receive()), S_OK);
+    }
+  }
+  return names;
+}
+
+class QuillonHwInit : public QuillonTest {
+ protected:
+  ZELK_HWInfo InfoOf(const Ql2Options& options) {
+    Plug(options);
+    EXPECT_EQ(Init(), S_OK);
+    ZELK_HWInfo info = {};
+    EXPECT_EQ(ZELK_GetHWInfo(&info), S_OK);
+    return info;
+  }
+};
+
+TEST_F(QuillonHwInit, EveryTunerCode) {
+  struct Case {
+    std::uint32_t code, type, low, high, fm;
+  };
+  const Case cases[] = {
+      {10, 14, 48250, 863250, 0}, {11, 15, 48250, 863250, 1}, {16, 12, 50250, 900250, 0},
+      {17, 13, 50250, 900250, 1}, {24, 22, 45250, 900250, 0}, {25, 23, 50250, 900250, 1},
+      {26, 20, 45000, 900250, 0}, {48, 50, 90250, 772250, 0}, {49, 50, 90250, 772250, 1},
+      {50, 51, 45250, 863250, 0}, {51, 51, 45250, 863250, 1}, {52, 49, 50250, 863250, 0},
+      {53, 49, 50250, 863250, 1}, {0, 21, 45000, 900250, 1},  {12, 21, 45000, 900250, 1},
+      {255, 21, 45000, 900250, 1}};
+  for (const Case& one : cases) {
+    SCOPED_TRACE("tuner code " + std::to_string(one.code));
+    const ZELK_HWInfo info = InfoOf({.tunerCode = one.code});
+    std::uint32_t type = 0;
+    EXPECT_EQ(ZELK_GetTunerType(&type), S_OK);
+    EXPECT_EQ(type, one.type);
+    EXPECT_EQ(info.TvLowKHz, one.low);
+    EXPECT_EQ(info.TvHighKHz, one.high);
+    EXPECT_EQ(info.FmTuner, one.fm);
+    EXPECT_EQ(info.FmLowKHz, 87500u);
+    EXPECT_EQ(info.FmHighKHz, 108000u);
+    EXPECT_EQ(info.BoardOptionCode, 0u);
+    EXPECT_EQ(info.BoardOptionBit, 0u);
+    EXPECT_EQ(info.BoardFlag5, 1u);
+    EXPECT_EQ(info.BoardCode6, 1u);
+    EXPECT_EQ(info.BoardCode9, 1u);
+    EXPECT_EQ(ZELK_GetTunerType(nullptr), S_OK);
+  }
+}
+
+TEST_F(QuillonHwInit, ABoardThatDoesNotTellItsTuner) {
+  std::uint32_t type = 0;
+  InfoOf({.tunerInfo = false});
+  ZELK_GetTunerType(&type);
+  EXPECT_EQ(type, 21u);
+  // One that offers to tell and then fails.
+  Plug({.tunerCode = 10});
+  card->Refuse("capture get QL2_BOARD.112", E_FAIL);
+  EXPECT_EQ(Init(), S_OK);
+  ZELK_GetTunerType(&type);
+  EXPECT_EQ(type, 21u);
+}
+
+TEST_F(QuillonHwInit, TheUsersCountryDecidesOnTheFmBand) {
+  struct Case {
+    const char* country;
+    std::uint32_t code, low, high;
+  };
+  for (const Case& one : {Case{"7", 11, 62000, 108000}, Case{"421", 11, 66000, 108000},
+                          Case{"81", 11, 76000, 91000}, Case{"49", 11, 87500, 108000},
+                          // The Japanese board without a Japanese user, and the other way round.
+                          Case{"7", 49, 62000, 108000}, Case{"81", 51, 76000, 91000}}) {
+    UserCountry(one.country);
+    const ZELK_HWInfo info = InfoOf({.tunerCode = one.code});
+    EXPECT_EQ(info.FmLowKHz, one.low) << one.country;
+    EXPECT_EQ(info.FmHighKHz, one.high) << one.country;
+  }
+}
+
+TEST_F(QuillonHwInit, Names) {
+  for (const char* name :
+       {"Korvane Telmora Video Capture (QL2)", "Korvane Telmora Video Capture (P260)",
+        "Korvane Telmora Video Capture (P260, Philips FM1286MK2 Tuner)",
+        "Korvane Telmora Video Capture (P260, Philips FI1236MK3 Tuner)",
+        "Korvane Telmora Video Capture (P260, Philips FM1216MK3 Tuner)",
+        "Korvane Telmora Video Capture (P260, Philips FI1216MK3 Tuner)",
+        "Korvane Telmora Video Capture (P260, Philips FQ1236MK5 Tuner)",
+        "Korvane Telmora Video Capture (P260, Philips FQ1216MK5 Tuner)",
+        "Korvane Telmora Video Capture (P260, Philips FM1216MK5 Tuner)",
+        "Korvane Telmora Video Capture (P260, Philips FM1236MK5 Tuner)",
+        "Korvane Telmora Video Capture (P260, Japan)",
+        "Korvane Telmora Video Capture (P260 with FM, Japan)",
+        "Korvane Telmora Video Capture (P260, Europe)",
+        "Korvane Telmora Video Capture (P260 with FM, Europe)",
+        "Korvane Telmora Video Capture (P260, NTSC)",
+        "Korvane Telmora Video Capture (P260 with FM, NTSC)"}) {
+    Plug({.friendlyName = name});
+    EXPECT_EQ(Init(), S_OK) << name;
+    EXPECT_THAT(TakeLog(), ElementsAre(kNotReady, kNotReady)) << name;
+  }
+  for (const char* name : {"Korvane Telmora Video Capture (ql2)", "", "Korvane Telmora"}) {
+    Plug({.friendlyName = name});
+    EXPECT_EQ(Init(), E_FAIL) << name;
+    EXPECT_THAT(TakeLog(),
+                ElementsAre("Quillon: Device is not Quillon series product from Korvane"));
+  }
+  EXPECT_EQ(ZELK_HWInit(nullptr, kName, nullptr, 0), E_FAIL);
+  EXPECT_THAT(TakeLog(), ElementsAre("Quillon: get video capture filter fail"));
+  EXPECT_EQ(ZELK_HWInit(card->CaptureFilter().Get(), nullptr, nullptr, 0), E_FAIL);
+  EXPECT_THAT(TakeLog(), ElementsAre("Quillon: get video capture filter fail"));
+}
+
+TEST_F(QuillonHwInit, MissingDevices) {
+  const std::string buildFails = "Quillon: Build graph fail";
+  Plug({.captureDevice = false, .friendlyName = kName});
+  EXPECT_EQ(Init(), E_FAIL);
+  EXPECT_THAT(TakeLog(), ElementsAre(buildFails));
+  Plug({.tunerDevice = false, .friendlyName = kName});
+  EXPECT_EQ(Init(), E_FAIL);
+  EXPECT_THAT(TakeLog(), ElementsAre(kNotReady, kNotReady, buildFails));
+  Plug({.encoderDevice = false, .friendlyName = kName});
+  EXPECT_EQ(Init(), E_FAIL);
+  EXPECT_THAT(TakeLog(), ElementsAre(kNotReady, kNotReady, buildFails));
+  // A card without a TV-audio device is a whole card.
+  Plug({.tvAudio = false, .friendlyName = kName});
+  EXPECT_EQ(Init(), S_OK);
+  EXPECT_THAT(TakeLog(), ElementsAre(kNotReady, kNotReady));
+}
+
+TEST_F(QuillonHwInit, RefusedInterfaces) {
+  struct Case {
+    const char* query;
+    Lines log;
+  };
+  for (const Case& one : {Case{"capture query IKsPropertySet", {"Quillon: Build graph fail"}},
+                          Case{"encoder query IKsPropertySet", {kNotReady, kNotReady}},
+                          Case{"tuner query IKsPropertySet", {kNotReady, kNotReady}}}) {
+    for (const bool shown : {false, true}) {
+      if (shown) ShowGraph();
+      Plug({.friendlyName = kName});
+      card->Refuse(one.query, E_NOINTERFACE);
+      EXPECT_EQ(Init(), E_FAIL) << one.query;
+      EXPECT_EQ(TakeLog(), one.log) << one.query;
+      EXPECT_EQ(card->LiveReferences(), 0) << one.query;
+      EXPECT_THAT(RunningObjects(), IsEmpty()) << one.query;
+      std::filesystem::remove("Telmora.ini");
+    }
+  }
+}
+
+// Everything in its order: the graph's devices, the reading of lock 0, the board's own set-up.
+TEST_F(QuillonHwInit, WhatTheCardHears) {
+  Plug({.tunerCode = 11, .friendlyName = kName});
+  TakeTrace();
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_THAT(TakeTrace(), ElementsAre("capture query IBaseFilter", "capture query IKsPropertySet",
+                                       "capture query-supported QL2_BOARD.106 -> 00000003",
+                                       "capture get QL2_BOARD.106 -> 00", "tuner query IBaseFilter",
+                                       "encoder query IBaseFilter", "tv-audio query IBaseFilter",
+                                       "capture query IKsPropertySet",
+                                       "encoder query IKsPropertySet", "tuner query IKsPropertySet",
+                                       "capture query-supported QL2_BOARD.111 -> 00000002",
+                                       "capture set QL2_BOARD.111 01",
+                                       "capture query-supported QL2_BOARD.112 -> 00000001",
+                                       "capture get QL2_BOARD.112 -> 00000000 0000000B"));
+  EXPECT_EQ(card->Lock(0), 0u);
+}
+
+TEST_F(QuillonHwInit, TheGraphIsShownOnRequestAlone) {
+  Plug({.friendlyName = kName});
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_THAT(RunningObjects(), IsEmpty());
+
+  ShowGraph();
+  ASSERT_EQ(Init(), S_OK);
+  {
+    ComPtr<IUnknown> object;
+    const auto entries = RunningObjects(&object);
+    ASSERT_EQ(entries.size(), 1u);
+    const std::string name(entries[0].begin(), entries[0].end());
+    EXPECT_THAT(name, MatchesRegex("!FilterGraph [0-9a-f]{8} pid [0-9a-f]{8}"));
+    // What a graph editor would find there: the four devices by name.
+    ComPtr<IGraphBuilder> graph;
+    ASSERT_EQ(Query(object.Get(), graph), S_OK);
+    ComPtr<IEnumFilters> filters;
+    ASSERT_EQ(graph->EnumFilters(filters.Receive()), S_OK);
+    std::vector<std::wstring> names;
+    for (ComPtr<IBaseFilter> filter; filters->Next(1, filter.Receive(), nullptr) == S_OK;) {
+      FILTER_INFO info = {};
+      filter->QueryFilterInfo(&info);
+      const auto owner = ComPtr<IFilterGraph>::Adopt(info.pGraph);
+      names.emplace_back(info.achName);
+    }
+    EXPECT_EQ(names.size(), 4u);
+    for (const wchar_t* device :
+         {L"Korvane Telmora Video Capture (QL2)", L"Korvane Telmora Tuner (QL2)",
+          L"Korvane Telmora Encoder (QL2)"}) {
+      EXPECT_EQ(std::count(names.begin(), names.end(), device), 1);
+    }
+  }
+  // Another initialisation is another entry, in place of the first.
+  ASSERT_EQ(Init(), S_OK);
+  EXPECT_EQ(RunningObjects().size(), 1u);
+  ZELK_Free();
+  EXPECT_THAT(RunningObjects(), IsEmpty());
+  EXPECT_EQ(card->LiveReferences(), 0);
+}
+
+TEST_F(QuillonHwInit, TheOtherFamilyWithItsNameLeavesTheCardToThisOne) {
+  Plug({});
+  EXPECT_EQ(Init(), S_OK);
+  ZELK_HWInfo info = {};
+  ZELK_GetHWInfo(&info);
+  EXPECT_EQ(info.BoardCode6, 1u);
+}
+
+}  // namespace
+}  // namespace zelk::test

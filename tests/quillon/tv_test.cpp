@@ -1,0 +1,272 @@
+// Television: standard, country, tuning, and what counts as a signal.
+#include "tests/quillon/quillon_test.h"
+#include "tests/support/reading.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+const std::string kTuned = "After QL2IF_SetTunerFreq";
+
+class QuillonTv : public QuillonTest {
+ protected:
+  // The country codes that the tuner is given.
+  Lines TakeCountries() {
+    Lines countries;
+    for (const std::string& line : TakeTrace()) {
+      if (line.starts_with("tuner country ")) countries.push_back(line.substr(14));
+    }
+    return countries;
+  }
+};
+
+TEST_F(QuillonTv, SwitchingToTv) {
+  PlugReady();
+  EXPECT_EQ(ZELK_TVInit(), S_OK);
+  EXPECT_THAT(TakeTrace(), ElementsAre("tuner query IAMTVTuner", "tuner mode 1"));
+  // A tuner that cannot be switched does not matter.
+  card->Refuse("tuner query IAMTVTuner", E_NOINTERFACE);
+  EXPECT_EQ(ZELK_TVInit(), S_OK);
+  EXPECT_EQ(ZELK_FMInit(), S_OK);
+}
+
+TEST_F(QuillonTv, CountriesAndTheirSubstitutes) {
+  struct Case {
+    std::uint32_t before, standard, country;
+    Lines told;
+  };
+  for (const Case& one : {
+           Case{49, AnalogVideo_PAL_B, 36, {"34"}},
+           {49, AnalogVideo_PAL_D, 7, {"86"}},
+           {49, AnalogVideo_PAL_B, 359, {"34"}},
+           {49, AnalogVideo_PAL_D, 48, {"86"}},
+           {49, AnalogVideo_PAL_B, 420, {"34"}},
+           {49, AnalogVideo_PAL_B, 33, {"34"}},
+           {49, AnalogVideo_PAL_H, 36, {"36"}},
+           {49, AnalogVideo_PAL_B, 44, {"44"}},
+           {370, AnalogVideo_PAL_D, 1, {"86"}},
+           {4201, AnalogVideo_PAL_B, 1, {"34"}},
+           {371, AnalogVideo_PAL_D, 1, {"1"}},
+           // The country in force already: the tuner is left alone.
+           {34, AnalogVideo_PAL_B, 36, {}},
+       }) {
+    PlugTv();
+    ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_G, one.before), S_OK);
+    TakeTrace();
+    EXPECT_EQ(ZELK_put_TVFormat(one.standard, one.country), S_OK);
+    EXPECT_EQ(TakeCountries(), one.told) << one.standard << ' ' << one.country;
+  }
+}
+
+TEST_F(QuillonTv, WhatAFormatMeansToTheCard) {
+  PlugTv();
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
+  EXPECT_THAT(
+      TakeTrace(),
+      ElementsAre("tuner query IAMTVTuner", HasSubstr("tuner get-channel"),
+                  HasSubstr("tuner channel "), "tuner country 49", HasSubstr("tuner get TUNER.4"),
+                  HasSubstr("tuner set TUNER.4 frequency=175250000"),
+                  "capture query IAMAnalogVideoDecoder", "capture put-format 00000010"));
+  // Once more: the decoder alone.
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
+  EXPECT_THAT(TakeTrace(),
+              ElementsAre("capture query IAMAnalogVideoDecoder", "capture put-format 00000010"));
+  // Country 0 is the one that an untouched card has.
+  PlugTv();
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 0), S_OK);
+  EXPECT_THAT(TakeTrace(), Not(Contains(HasSubstr("tuner"))));
+}
+
+TEST_F(QuillonTv, RefusedFormats) {
+  struct Case {
+    const char* request;
+    HRESULT result;
+    Lines debugger;
+    bool stored;  // the country is in force afterwards
+  };
+  for (const Case& one : {
+           Case{"tuner query IAMTVTuner",
+                kRefused,
+                {"Quillon: SetTVFormat: QueryInterface(IAMTVTUNER) failed!"},
+                false},
+           {"tuner country", kRefused, {"Quillon: SetTVFormat: put_CountryCode failed!"}, false},
+           {"tuner get-channel", S_OK, {kTuned}, true},
+           {"tuner channel", S_OK, {kTuned}, true},
+           {"tuner get TUNER.4", S_OK, {}, true},
+           {"capture query IAMAnalogVideoDecoder", S_OK, {kTuned}, true},
+           {"capture put-format", E_FAIL, {kTuned, "Quillon: Set Video Standared Fail"}, true},
+       }) {
+    PlugTv();
+    card->Refuse(one.request, kRefused);
+    EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), one.result) << one.request;
+    EXPECT_EQ(host::TakeDebugOutput(), one.debugger) << one.request;
+    card->ClearRefusals();
+    if (one.request == std::string("tuner get-channel")) {
+      EXPECT_THAT(TakeTrace(), Contains("tuner channel 0 -1 -1"));
+    }
+    TakeTrace();
+    ZELK_put_TVFormat(AnalogVideo_PAL_B, 49);
+    EXPECT_EQ(TakeCountries().empty(), one.stored) << one.request;
+  }
+}
+
+TEST_F(QuillonTv, SystemsStandForCountries) {
+  struct Case {
+    std::uint32_t standard;
+    const char *one, *two, *four, *thirtyOne;
+  };
+  constexpr const char* kSelector = nullptr;
+  for (const Case& row : {Case{0x1, "1", "1", "1", "1"},
+                          {0x2, "1", "1", "1", "1"},
+                          {0x4, "1", "1", "1", "1"},
+                          {0x10, "49", "34", kSelector, kSelector},
+                          {0x40, "49", "34", kSelector, kSelector},
+                          {0x20, "420", "86", kSelector, kSelector},
+                          {0x100, kSelector, "44", kSelector, kSelector},
+                          {0x200, kSelector, kSelector, "55", kSelector},
+                          {0x400, kSelector, kSelector, "54", kSelector},
+                          {0x800, kSelector, kSelector, kSelector, kSelector},
+                          {0x2000, kSelector, "7", kSelector, kSelector},
+                          {0x10000, kSelector, "7", kSelector, kSelector},
+                          {0x20000, kSelector, "7", kSelector, kSelector},
+                          {0x40000, kSelector, "33", kSelector, kSelector},
+                          {0x80000, kSelector, "33", kSelector, kSelector}}) {
+    for (const auto& [selector, country] :
+         {std::pair(1u, row.one), {2u, row.two}, {4u, row.four}, {31u, row.thirtyOne}}) {
+      PlugTv();
+      EXPECT_EQ(ZElk_put_TVSystem(row.standard, selector), S_OK);
+      std::string expected = country ? country : std::to_string(selector);
+      // PAL D in a country of several standards is China's.
+      if (expected == "420") expected = "86";
+      EXPECT_THAT(TakeCountries(), ElementsAre(expected)) << row.standard << ' ' << selector;
+    }
+  }
+  PlugTv();
+  for (const std::uint32_t standard : {0u, 0x80u, 0x1000u, 0x4000u, 0x8000u, 0x100000u, 0x30u}) {
+    EXPECT_EQ(ZElk_put_TVSystem(standard, 2), E_FAIL) << standard;
+  }
+  EXPECT_THAT(TakeTrace(), IsEmpty());
+}
+
+TEST_F(QuillonTv, ARefusedRetuningForgetsTheFrequency) {
+  PlugTv();
+  ASSERT_EQ(ZELK_SetFreq(210250, nullptr), S_OK);
+  card->Refuse("tuner set TUNER.4", E_FAIL);
+  EXPECT_EQ(ZElk_put_TVSystem(AnalogVideo_PAL_B, 1), S_OK);
+  card->ClearRefusals();
+  TakeTrace();
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 44), S_OK);
+  EXPECT_THAT(TakeTrace(), Contains(HasSubstr("tuner set TUNER.4 frequency=0 ")));
+}
+
+TEST_F(QuillonTv, Tuning) {
+  PlugTv();
+  EXPECT_EQ(ZELK_SetFreq(175250, nullptr), S_OK);
+  EXPECT_NEAR(card->TunedKHz(), 175250, 62.5);  // on the PLL's grid
+  EXPECT_THAT(host::TakeDebugOutput(), ElementsAre(kTuned));
+
+  card->Refuse("tuner get TUNER.4", kRefused);
+  EXPECT_EQ(ZELK_SetFreq(182250, nullptr), E_FAIL);
+  EXPECT_THAT(TakeLog(), ElementsAre("api: Get Tuner Property Failed"));
+  EXPECT_THAT(host::TakeDebugOutput(), IsEmpty());
+  card->ClearRefusals();
+
+  card->Refuse("tuner set TUNER.4", kRefused);
+  EXPECT_EQ(ZELK_SetFreq(182250, nullptr), E_FAIL);
+  EXPECT_THAT(TakeLog(), ElementsAre("api: Set Tuner Property Failed"));
+  EXPECT_THAT(host::TakeDebugOutput(), ElementsAre(kTuned));
+  card->ClearRefusals();
+
+  // Neither changed the frequency that a new country is tuned to.
+  TakeTrace();
+  ZELK_put_TVFormat(AnalogVideo_PAL_B, 49);
+  EXPECT_THAT(TakeTrace(), Contains(HasSubstr("frequency=175250000 ")));
+}
+
+TEST_F(QuillonTv, SignalOnTheAir) {
+  virtual_cards::Air air = MakeAir({175250});
+  PlugTv(11, air);
+  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
+  std::uint32_t present = 77;
+  const auto before = host::SleptMilliseconds();
+  EXPECT_EQ(ZELK_SetFreq(175250, &present), S_OK);
+  EXPECT_EQ(present, 1u);
+  EXPECT_EQ(host::SleptMilliseconds() - before, 160u);  // tuner, then decoder
+  const Reading reading = AskSignal(ZELK_IsSignalPresent);
+  EXPECT_EQ(reading, (Reading{S_OK, 1, 100, reading.offset}));
+  EXPECT_LT(reading.offset, 62.5);
+  EXPECT_EQ(ZELK_SetFreq(182250, &present), S_OK);
+  EXPECT_EQ(present, 0u);
+  EXPECT_EQ(AskSignal(ZELK_IsSignalPresent).present, 0u);
+
+  // A carrier without a picture is no signal.
+  ZELK_SetFreq(175250, nullptr);
+  card->Refuse("capture horizontal-locked", kRefused);
+  EXPECT_EQ(AskSignal(ZELK_IsSignalPresent).result, kRefused);
+  EXPECT_EQ(AskSignal(ZELK_IsSignalPresent).present, 0u);
+  card->ClearRefusals();
+  // The tuner's own refusals are not told apart.
+  card->Refuse("tuner get TUNER.6", kRefused);
+  EXPECT_EQ(AskSignal(ZELK_IsSignalPresent), (Reading{E_FAIL, 0, 0, 0.0}));
+}
+
+// Beside a carrier the driver reports some strength; only the full one counts.
+TEST_F(QuillonTv, HalfACarrierIsNone) {
+  PlugTv(11, MakeAir({175250}));
+  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
+  bool seen = false;
+  for (std::uint32_t beside = 175250; beside < 177250; beside += 50) {
+    ASSERT_EQ(ZELK_SetFreq(beside, nullptr), S_OK);
+    std::uint32_t present = kUntouched;
+    std::uint32_t strength = 0;
+    Slot<QuillonDevice>()->IsSignalPresent_TUNER(&present, &strength, nullptr);
+    EXPECT_EQ(present, strength == 100 ? 1u : 0u) << beside;
+    seen = seen || (strength >= 50 && strength < 100);
+  }
+  EXPECT_TRUE(seen) << "the driver never reported a half strength";
+}
+
+// The driver's offset is a signed figure that applications are given as an unsigned one.
+TEST_F(QuillonTv, ACarrierBelowTheTunedFrequency) {
+  PlugTv(11, MakeAir({175100}));
+  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
+  ASSERT_EQ(ZELK_SetFreq(175250, nullptr), S_OK);
+  const double offset = AskSignal(ZELK_IsSignalPresent).offset;
+  EXPECT_GT(offset, 4294967296.0 - 200);
+  EXPECT_LT(offset, 4294967296.0);
+}
+
+TEST_F(QuillonTv, BeforeInitialisation) {
+  Plug({.friendlyName = kName});
+  Forget();
+  QuillonDevice device;
+  std::uint32_t value = kUntouched;
+  double offset = kUntouched;
+  ZELK_HWInfo info = {};
+  EXPECT_EQ(device.InitialTV(), E_FAIL);
+  EXPECT_EQ(device.GetHWInfo(&info), E_FAIL);
+  EXPECT_EQ(device.GetTunerType(&value), E_FAIL);
+  EXPECT_EQ(device.IsSignalPresent_DECODER(&value), E_FAIL);
+  EXPECT_EQ(value, kUntouched);
+  EXPECT_THAT(TakeLog(), ElementsAre("Quillon InitialTV(): Hardware not initial",
+                                     "Quillon GetHWInfo(): Hardware not initial",
+                                     "Quillon GetTunerType(): Hardware not initial",
+                                     "Quillon IsSignalPresent_DECODER(): Hardware not initial"));
+  // These look at what they need instead.
+  EXPECT_EQ(device.SetTVFreq(175250), E_FAIL);
+  EXPECT_EQ(device.IsSignalPresent_TUNER(&value, nullptr, &offset), E_FAIL);
+  EXPECT_EQ(value, 0u);
+  EXPECT_EQ(offset, 0.0);
+  EXPECT_EQ(device.SetTVFormat(AnalogVideo_PAL_B, 49), E_FAIL);
+  EXPECT_THAT(TakeLog(), IsEmpty());
+  EXPECT_THAT(host::TakeDebugOutput(),
+              ElementsAre("Quillon: SetTVFormat: g_pTunerFilter ==NULL failed!"));
+}
+
+}  // namespace
+}  // namespace zelk::test
