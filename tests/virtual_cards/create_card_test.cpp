@@ -3,6 +3,7 @@
 #include <fstream>
 
 #include "plugged_card.h"
+#include "virtual_cards/cards/ql2_card.h"
 
 namespace zelk::virtual_cards {
 namespace {
@@ -74,6 +75,23 @@ TEST(CreateCard, OtherOptions) {
   std::filesystem::remove(file);
 }
 
+TEST(CreateCard, Ql2Options) {
+  constexpr GUID kBoardSet = {
+      0x2D255A72, 0x849D, 0x4185, {0xA3, 0x9B, 0xA4, 0xF9, 0xF4, 0x50, 0x0C, 0xB9}};
+  const auto knowsTuner = [&](VirtualCard& card) {
+    ComPtr<IKsPropertySet> capture;
+    Query(card.CaptureFilter().Get(), capture);
+    DWORD support = 0;
+    return capture->QuerySupported(kBoardSet, 112, &support) == S_OK;
+  };
+  EXPECT_EQ(CreateCard("ql2,name=Mine", {})->FriendlyName(), "Mine");
+  EXPECT_TRUE(knowsTuner(*CreateCard("ql2,pin=videoinfo2", {})));
+  EXPECT_FALSE(knowsTuner(*CreateCard("ql2,tuner=0x11,tunerinfo=0", {})));
+  // The module's home standard gives the picture's size.
+  const auto card = CreateCard("ql2,tuner=0x11", {});
+  EXPECT_EQ(dynamic_cast<Ql2Card&>(*card).Picture(), (PictureSize{720, 480}));
+}
+
 TEST(CreateCard, MistakesAreNamed) {
   struct Case {
     const char* description;
@@ -96,6 +114,9 @@ TEST(CreateCard, MistakesAreNamed) {
            Case{"saa7134,remote=radio", "remote=radio"},
            Case{"saa7134,key=2", "key=2"},
            Case{"saa7134,key=2:256", "key=2:256"},
+           Case{"ql2,tuner=256", "tuner=256"},
+           Case{"ql2,pin=videoinfo3", "pin=videoinfo3"},
+           Case{"ql2,board=1", "board"},
        }) {
     try {
       CreateCard(one.description, {});
