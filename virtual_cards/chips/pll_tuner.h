@@ -11,7 +11,8 @@ namespace zelk::virtual_cards {
 
 class PllTuner final : public I2cDevice {
  public:
-  static constexpr std::uint8_t kAddress = 0xC2;
+  static constexpr std::uint8_t kAddress = 0xC2;       // on most boards
+  static constexpr std::uint8_t kOtherAddress = 0xC0;  // with the address pin tied to ground
 
   // All must outlive the tuner. `fm` is null for a module without an FM section.
   PllTuner(const TunerModel& model, const Air& air, const FmSection* fm = nullptr)

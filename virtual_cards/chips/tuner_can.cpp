@@ -21,12 +21,15 @@ const TunerModel& ModelOf(std::uint32_t tunerType) {
 
 }  // namespace
 
-TunerCan::TunerCan(std::uint32_t tunerType, const Air& air)
-    : model_(ModelOf(tunerType)), fm_(FindFmSection(tunerType)), tuner_(model_, air, fm_) {
+TunerCan::TunerCan(std::uint32_t tunerType, const Air& air, std::uint8_t address)
+    : model_(ModelOf(tunerType)),
+      address_(address),
+      fm_(FindFmSection(tunerType)),
+      tuner_(model_, air, fm_) {
   // Without `separateDemodulator` the chip serves the FM section alone: the picture does not pass
   // it.
   if (model_.separateDemodulator || HasFmDemodulator(tunerType)) demodulator_.emplace(tuner_);
-  if (model_.afc == AfcReport::kPll && model_.statusAddress == PllTuner::kAddress) {
+  if (model_.afc == AfcReport::kPll && model_.statusAddress == 0) {
     tuner_.ConnectAfc(&Detector());
   }
   if (fm_ && fm_->demodulatorChip) {
@@ -37,8 +40,8 @@ TunerCan::TunerCan(std::uint32_t tunerType, const Air& air)
 }
 
 void TunerCan::AttachTo(I2cBus& bus) {
-  bus.Attach(PllTuner::kAddress, &tuner_);
-  if (model_.statusAddress != PllTuner::kAddress) bus.Attach(model_.statusAddress, &statusPort_);
+  bus.Attach(address_, &tuner_);
+  if (model_.statusAddress != 0) bus.Attach(model_.statusAddress, &statusPort_);
   if (demodulator_) bus.Attach(IfDemodulator::kAddress, &*demodulator_);
 }
 

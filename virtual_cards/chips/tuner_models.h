@@ -32,8 +32,8 @@ struct TunerModel {
   bool agcByte;              // takes a fifth byte, the AGC set-up
   bool separateDemodulator;  // the picture is demodulated by a chip at 0x86
   AfcReport afc;
-  std::uint8_t
-      statusAddress;  // bus address at which the status byte with the AFC converter is read
+  // A further bus address at which the status byte with the AFC is read, 0 for the PLL's own.
+  std::uint8_t statusAddress;
 };
 
 // Null for a type without a PLL module that is known.
