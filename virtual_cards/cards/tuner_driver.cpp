@@ -1,4 +1,4 @@
-#include "virtual_cards/cards/saa713x/tuner_driver.h"
+#include "virtual_cards/cards/tuner_driver.h"
 
 #include <cmath>
 
@@ -61,8 +61,8 @@ bool SendSiliconImage(const I2cBus& bus, SiliconRevision revision, double oscill
 
 }  // namespace
 
-HRESULT DriveCan(const I2cBus& bus, const TunerModel& model, double pictureKHz,
-                 std::uint32_t country) {
+HRESULT DriveCan(const I2cBus& bus, std::uint8_t address, const TunerModel& model,
+                 double pictureKHz, std::uint32_t country) {
   // Steps of 62.5 kHz, normal charge pump, tuning voltage on.
   constexpr std::uint8_t kControl = 0x8E;
   constexpr double kStepKHz = 62.5;
@@ -72,8 +72,7 @@ HRESULT DriveCan(const I2cBus& bus, const TunerModel& model, double pictureKHz,
     if (!band.Covers(pictureKHz)) continue;
     const bool positive = SystemOf(country, pictureKHz).positive;
     const unsigned switches = band.byte | (positive ? model.positiveBit : 0U);
-    const bool heard =
-        Send(bus, PllTuner::kAddress, {High(divider), Low(divider), kControl, Low(switches)});
+    const bool heard = Send(bus, address, {High(divider), Low(divider), kControl, Low(switches)});
     return heard ? S_OK : E_FAIL;
   }
   return E_INVALIDARG;
