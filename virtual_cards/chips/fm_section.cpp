@@ -18,21 +18,31 @@ constexpr std::uint8_t kClassicAfc = 0x01;
 
 constexpr FmSection kSections[] = {
     {TunerTypes({1, 3, 5, 7, 9, 11, 17, 26, 28, 32, 34}), kUsualIfKHz, kClassicBytes,
-     FmConverter::kAfcOrLevel, kClassicAfc, false, false},
+     FmConverter::kAfcOrLevel, kClassicAfc, FmDemodulation::kInModule},
     // This module demodulates FM in its television sound IF.
-    {TunerTypes({30}), 41250, kClassicBytes, FmConverter::kAfcOrLevel, kClassicAfc, false, false},
-    {TunerTypes({13, 15}), kUsualIfKHz, {0x19}, FmConverter::kLiftedByPilot, 0, true, false},
+    {TunerTypes({30}), 41250, kClassicBytes, FmConverter::kAfcOrLevel, kClassicAfc,
+     FmDemodulation::kInModule},
+    {TunerTypes({13, 15}),
+     kUsualIfKHz,
+     {0x19},
+     FmConverter::kLiftedByPilot,
+     0,
+     FmDemodulation::kChip},
     // The eastern module's FM IF is mixed with 44 MHz.
-    {TunerTypes({19}), 33300, {0x19}, FmConverter::kLiftedByPilot, 0, true, true},
-    {TunerTypes({21}), kUsualIfKHz, {0x09}, FmConverter::kPulledByPilot, 0, true, false},
+    {TunerTypes({19}), 33300, {0x19}, FmConverter::kLiftedByPilot, 0, FmDemodulation::kChipTurned},
+    {TunerTypes({21, 23}),
+     kUsualIfKHz,
+     {0x09},
+     FmConverter::kPulledByPilot,
+     0,
+     FmDemodulation::kChipRadioInput},
     // Bits 4 and 0 select the FM section; bit 7 converts the AFC in stereo, bit 5 in mono.
     {TunerTypes({44, 45}),
      kUsualIfKHz,
      {0x11, 0x31, 0x91},
      FmConverter::kAfcOrLevel,
      0xA0,
-     false,
-     false},
+     FmDemodulation::kInModule},
 };
 
 // Status byte.

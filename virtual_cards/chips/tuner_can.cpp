@@ -32,7 +32,7 @@ TunerCan::TunerCan(std::uint32_t tunerType, const Air& air, std::uint8_t address
   if (model_.afc == AfcReport::kPll && model_.statusAddress == 0) {
     tuner_.ConnectAfc(&Detector());
   }
-  if (fm_ && fm_->demodulatorChip) {
+  if (fm_ && fm_->ByChip()) {
     tuner_.ConnectFm(&*demodulator_);
   } else if (fm_) {
     tuner_.ConnectFm(&builtIn_);

@@ -60,6 +60,8 @@ constexpr TunerModel kModels[] = {
      Bands({49250, 158000, 442000, 863250}, {0x41, 0x42, 0x44}), 0, true, kSeparate, kDemodulator, kAtPll},
     {TunerTypes({20, 21}), 38900, 33950,
      Bands({48250, 158000, 422000, 863250}, {0x01, 0x02, 0x04}), 0, false, kSeparate, kDemodulator, kAtPll},
+    {TunerTypes({22, 23}), 45750, 0,
+     Bands({55250, 160000, 442000, 801250}, {0x01, 0x02, 0x04}), 0, false, kSeparate, kDemodulator, kAtPll},
     // A module for the American IF: it reaches down to channel 2 although no board uses it so.
     {TunerTypes({24}), 45750, 0,
      Bands({55250, 170000, 468000, 801250}, {0x01, 0x02, 0x08}), 0, false, kSeparate, kDemodulator, kAtPll},
@@ -89,6 +91,12 @@ constexpr TunerModel kModels[] = {
      Bands({48250, 140250, 423250, 855250}, {0x01, 0x02, 0x08}), 0, false, kSeparate, kPll, 0xC0},
     {TunerTypes({48}), 58750, 0,
      Bands({91250, 165250, 373250, 765250}, {0x01, 0x02, 0x08}), 0, false, kSeparate, kPll, 0xC0},
+    {TunerTypes({49}), 45750, 0,
+     Bands({55250, 163250, 463250, 801250}, {0x01, 0x02, 0x04}), 0, false, kBuiltIn, kPll, kAtPll},
+    {TunerTypes({50}), 58750, 0,
+     Bands({91250, 170000, 463250, 771250}, {0x01, 0x02, 0x04}), 0, false, kBuiltIn, kPll, kAtPll},
+    {TunerTypes({51}), 38900, 0,
+     Bands({48250, 161250, 471250, 863250}, {0x01, 0x02, 0x04}), 0, false, kBuiltIn, kPll, kAtPll},
 };
 // clang-format on
 

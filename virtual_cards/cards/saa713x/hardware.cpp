@@ -142,7 +142,7 @@ HRESULT Saa713xHardware::NotifyTuning(std::uint32_t phase) {
 HRESULT Saa713xHardware::TuneByDriver(std::uint32_t hertz, std::uint32_t country) {
   const double pictureKHz = hertz / 1000.0;
   if (silicon_) return DriveSiliconTuner(bus_, silicon_->Revision(), pictureKHz, country);
-  if (can_) return DriveCan(bus_, PllTuner::kAddress, *can_, pictureKHz, country);
+  if (can_) return DriveCan({bus_, PllTuner::kAddress, *can_}, pictureKHz, country);
   return E_FAIL;
 }
 
