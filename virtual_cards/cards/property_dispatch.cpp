@@ -2,6 +2,14 @@
 
 namespace zelk::virtual_cards {
 
+namespace {
+
+bool TakesInstance(const PropertyRow& row, DWORD bytes) {
+  return bytes == row.bytes || (row.shortInstance != 0 && bytes == row.shortInstance);
+}
+
+}  // namespace
+
 void DescribeWords(TraceLine& line, std::span<const BYTE> content) { line.Words(content); }
 
 HRESULT PropertyDispatch::Set(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes,
@@ -69,7 +77,7 @@ const PropertyRow* PropertyDispatch::Check(const Request& request, DWORD access,
     code = E_PROP_ID_UNSUPPORTED;
   } else if (!request.instance || !request.content) {
     code = E_POINTER;
-  } else if (request.instanceBytes != row->bytes || request.contentBytes != row->bytes) {
+  } else if (request.contentBytes != row->bytes || !TakesInstance(*row, request.instanceBytes)) {
     code = E_INVALIDARG;
   }
   return code == S_OK ? row : nullptr;
@@ -87,7 +95,12 @@ void PropertyDispatch::Describe(TraceLine& line, std::string_view verb, REFGUID 
   } else {
     line.Identity(set);
   }
-  line.Text(".").Hex(id);
+  line.Text(".");
+  if (known && known->decimalId) {
+    line.Number(id);
+  } else {
+    line.Hex(id);
+  }
 }
 
 void PropertyDispatch::DescribeContent(TraceLine& line, const Request& request) const {

@@ -14,10 +14,13 @@ struct PropertyRow {
   const GUID* set;
   std::string_view setName;  // in the trace
   DWORD id;
-  DWORD bytes;    // the only length that the driver takes
+  DWORD bytes;    // the only length of content that the driver takes
   DWORD support;  // KSPROPERTY_SUPPORT_GET | KSPROPERTY_SUPPORT_SET
   // Writes the request's content (`bytes` long) into the trace.
   void (*describe)(TraceLine& line, std::span<const BYTE> content);
+  // Another length of instance data that the driver takes: the content without its header.
+  DWORD shortInstance = 0;
+  bool decimalId = false;  // in the trace, for drivers whose makers count so
 };
 
 // The content as words.
@@ -40,7 +43,8 @@ class PropertyDispatch {
                    PropertyHandler& handler)
       : gate_(gate), filter_(filter), rows_(rows), handler_(handler) {}
 
-  // These drivers take one buffer as instance data and as property data; the two lengths are equal.
+  // These drivers take one buffer as instance data and as property data; the two lengths are equal,
+  // but for rows with a short instance. Instance data is not read.
   HRESULT Set(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes, LPVOID content,
               DWORD contentBytes);
   HRESULT Get(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes, LPVOID content,

@@ -58,6 +58,18 @@ class RequestGate {
     return Pass([request](TraceLine& line) { line.Text(request); }, act);
   }
 
+  // A request for a number.
+  template <class Number, class Value>
+  HRESULT PassNumber(std::string_view request, Number* place, Value value) {
+    return Pass([request](TraceLine& line) { line.Text(request); },
+                [&] {
+                  if (!place) return E_POINTER;
+                  *place = static_cast<Number>(value());
+                  return S_OK;
+                },
+                [&](TraceLine& line) { line.Answer().Number(*place); });
+  }
+
   // QueryInterface: an empty `request` stands for an interface that is nobody's business. The out
   // pointer is empty after a refusal, as after every failure.
   template <class Act>
