@@ -90,22 +90,16 @@ constexpr EepromTunerRow kEepromTuners[] = {
     {0x10, 31}, {0x11, 32}, {0x12, 33}, {0x13, 34}, {0x18, 42}, {0x19, 43}, {0x1A, 44}, {0x1B, 45},
 };
 
-struct TvBandRow {
-  TunerSet tunerTypes;
-  TvBand band;
-};
-
+// Modules that no other family carries, and those whose limits are drawn otherwise here.
 constexpr TvBandRow kTvBands[] = {
-    {{0, 1, 2, 3, 6, 7, 8, 9, 25, 26, 27, 28, 33, 34, 47}, {48250, 855250}},
-    {{4, 5, 12, 13, 29, 30, 31, 32, 35, 44, 46}, {55250, 801250}},
-    {{10, 11, 16, 17, 24, 36, 37, 48}, {91250, 765250}},
-    {{14, 15, 20, 21, 43}, {48250, 863250}},
-    {{18, 19}, {49250, 863250}},
-    {{42, 45}, {55250, 863250}},
-    {{40}, {40000, 865000}},
-    {{41}, {66000, 865000}},
+    {{35, 46}, {55250, 801250}},      // USA
+    {{36, 37, 48}, {91250, 765250}},  // Japan
+    {{47}, {48250, 855250}},          // ALPS TSEZ1
+    {{43}, {48250, 863250}},          // TNF 9533
+    {{42, 45}, {55250, 863250}},      // TNF 5533, TNF 9833
+    {{40}, {40000, 865000}},          // silicon
+    {{41}, {66000, 865000}},          // silicon
 };
-constexpr TvBand kOtherTvBand = {52250, 802000};
 
 }  // namespace
 
@@ -130,11 +124,6 @@ std::optional<std::uint32_t> TunerFromEeprom(std::uint8_t byte) {
   return std::nullopt;
 }
 
-TvBand TvBandOf(std::uint32_t tunerType) {
-  for (const TvBandRow& row : kTvBands) {
-    if (row.tunerTypes.Has(tunerType)) return row.band;
-  }
-  return kOtherTvBand;
-}
+TvBand TvBandOf(std::uint32_t tunerType) { return TvBandOf(kTvBands, tunerType); }
 
 }  // namespace zelk

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <optional>
 
+#include "backends/tuner_modules/bands.h"
+
 namespace zelk {
 
 // How a board differs from the common one. The defaults are those of a board that says nothing of
@@ -17,11 +19,6 @@ struct BoardSettings {
   std::uint8_t AlpsTsez = 0;      // 1: ALPS TSEZ1 module
   // 1: the module's supply can be switched. 2 is told apart but has no switch either.
   std::uint8_t TunerPowerMode = 0;
-};
-
-struct TvBand {
-  std::uint32_t lowKHz;
-  std::uint32_t highKHz;
 };
 
 // Exact comparison; null is no accepted name.

@@ -4,12 +4,11 @@
 
 #include <cstdint>
 
+#include "backends/tuner_modules/bus_addresses.h"
+
 namespace zelk {
 
 inline constexpr std::uint8_t kRemoteChipAddress = 0x80;
-inline constexpr std::uint8_t kDemodulatorAddress = 0x86;         // TDA9887 class IF demodulator
-inline constexpr std::uint8_t kSiliconDemodulatorAddress = 0x96;  // TDA8290
-inline constexpr std::uint8_t kEepromAddress = 0xA0;
 inline constexpr std::uint8_t kFmReceiverAddress = 0xC0;   // separate FM receiver chip
 inline constexpr std::uint8_t kTunerStatusAddress = 0xC1;  // status byte of the ALPS modules
 inline constexpr std::uint8_t kTunerAddress = 0xC2;

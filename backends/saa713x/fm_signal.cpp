@@ -58,10 +58,6 @@ double SiliconFmOffset(std::int32_t step) {
   }
 }
 
-// A PLL tuner's status byte in FM: lock and the AFC's middle.
-constexpr std::uint8_t kTunerFmMask = 0x57;
-constexpr std::uint8_t kTunerFmStation = 0x52;
-
 }  // namespace
 
 struct Saa713xDevice::FmPresenceTest {
@@ -105,7 +101,7 @@ HRESULT Saa713xDevice::SiliconFmPresence(const SignalPlaces& places) {
 HRESULT Saa713xDevice::DemodulatorFmPresence(const SignalPlaces& places) {
   std::uint8_t status = 0;
   const HRESULT code = I2CRead(kDemodulatorAddress, &status);
-  if (FAILED(code)) return NoReading(places, code);
+  if (FAILED(code)) return StoreNoReading(places, code);
   const std::uint8_t afc = DemodulatorAfcCode(status);
   // 14, not 15: applications are calibrated to it.
   Store(places.present, afc == 0 || afc == 14);
@@ -131,9 +127,7 @@ HRESULT Saa713xDevice::TunerFmPresence(const SignalPlaces& places) {
   std::uint8_t status = 0;
   const HRESULT code = I2CRead(kTunerAddress, &status);
   if (FAILED(code)) return code;
-  const std::uint8_t afc = TunerAfcCode(status);
-  Store(places.present, (status & kTunerFmMask) == kTunerFmStation);
-  StoreTunerAfc(places, afc);
+  StoreTunerFmStatus(places, status);
   return code;
 }
 

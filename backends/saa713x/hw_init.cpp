@@ -213,26 +213,20 @@ void Saa713xDevice::SetUpDemodulator() {
 }
 
 void Saa713xDevice::SetFmLimits(bool russia) {
-  // Eastern Europe's lower FM band begins at 62 MHz (and above 65.8 MHz with stations).
-  constexpr std::uint32_t kEasternLow = 62000;
-  constexpr std::uint32_t kWesternLow = 87500;
-  constexpr std::uint32_t kJapaneseLow = 76000;
-  std::uint32_t low = russia ? kEasternLow : kWesternLow;
-  std::uint32_t high = 108000;
+  std::uint32_t low = russia ? kEasternFmLowKHz : kWesternFmLowKHz;
+  std::uint32_t high = kWesternFmHighKHz;
   if (!Board.StandardBoard) {
     high = 108500;
     if (Board.TunerType == 48) {
-      low = kJapaneseLow;
+      low = kJapaneseFmLowKHz;
       high = 91000;
     }
-  } else if (Board.TunerType == 5) {
-    low = kJapaneseLow;
-  } else if (Board.TunerType == 19) {
-    low = kEasternLow;
+  } else if (FmLowKHzOf(Board.TunerType) != kWesternFmLowKHz) {
+    low = FmLowKHzOf(Board.TunerType);
   }
 
   char locale[260] = {};
-  if (GetUserLocale(locale) && std::strcmp(locale, kGermanLocale) == 0) low = kWesternLow;
+  if (GetUserLocale(locale) && std::strcmp(locale, kGermanLocale) == 0) low = kWesternFmLowKHz;
   HwInfo.FmLowKHz = low;
   HwInfo.FmHighKHz = high;
 }

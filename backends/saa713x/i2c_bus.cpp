@@ -4,6 +4,7 @@
 
 #include "backends/saa713x/bus_addresses.h"
 #include "backends/saa713x/saa713x_device.h"
+#include "backends/tuner_modules/words.h"
 #include "common/store.h"
 
 namespace zelk {
@@ -59,10 +60,8 @@ HRESULT Saa713xDevice::I2CRead(std::uint8_t device, std::uint8_t* byte) {
 HRESULT Saa713xDevice::I2CWriteDWord(std::uint8_t device, std::uint16_t word1,
                                      std::uint16_t word2) {
   if (!Ready("SAA713x I2CWriteDWord(): Hardware not initial")) return E_FAIL;
-  const std::uint8_t bytes[] = {
-      static_cast<std::uint8_t>(word1 >> 8), static_cast<std::uint8_t>(word1),
-      static_cast<std::uint8_t>(word2 >> 8), static_cast<std::uint8_t>(word2)};
-  const HRESULT code = WriteBus(device, bytes, sizeof(bytes));
+  const auto bytes = WordBytes(word1, word2);
+  const HRESULT code = WriteBus(device, bytes.data(), bytes.size());
   if (FAILED(code)) Log("SAA713x I2CWriteDWord() fail");
   return code;
 }

@@ -20,6 +20,7 @@
 #include "ZElkAPI.h"
 #include "backends/saa713x/boards.h"
 #include "backends/tuner_modules/fm_receiver.h"
+#include "backends/tuner_modules/signal_reading.h"
 #include "platform/com_ptr.h"
 
 namespace zelk {
@@ -119,12 +120,6 @@ class Saa713xDevice {
  private:
   enum class Mode { None, TV, FM };
 
-  // Where a signal query puts its answers.
-  struct SignalPlaces {
-    std::uint32_t* present;
-    std::uint32_t* strength;
-    double* offset;
-  };
   struct PresenceTest;
 
   static void Log(const char* message);
@@ -183,8 +178,6 @@ class Saa713xDevice {
   HRESULT Silicon41Presence(const SignalPlaces& places);
   HRESULT TunerAfcPresence(const SignalPlaces& places);
   HRESULT ReadSiliconStatus(std::uint8_t& status);
-  static void StoreTunerAfc(const SignalPlaces& places, std::uint8_t afc);
-  static HRESULT NoReading(const SignalPlaces& places, HRESULT code);
 
   // Transfers that neither test nor log.
   HRESULT WriteBus(std::uint8_t device, const std::uint8_t* bytes, std::uint32_t count);

@@ -1,9 +1,11 @@
 // Television: switching to it, choosing standard and country, the decoder's standard.
 #include <cstring>
+#include <span>
 
 #include "backends/saa713x/bus_addresses.h"
 #include "backends/saa713x/country_rules.h"
 #include "backends/saa713x/saa713x_device.h"
+#include "backends/tuner_modules/demodulator.h"
 #include "backends/tuner_modules/tuner_set.h"
 #include "common/log.h"
 #include "platform/property_request.h"
@@ -11,60 +13,50 @@
 namespace zelk {
 namespace {
 
-// Two words for the IF demodulator: subaddress and switching byte, then adjust and data byte.
-struct DemodulatorWords {
-  std::uint16_t word1;
-  std::uint16_t word2;
-};
-
-constexpr DemodulatorWords kDemodulatorDk = {0x0056, 0x7F4B};
-
-struct TvModeRow {
-  TunerSet tunerTypes;
-  DemodulatorWords words;
-};
-
-// Modules whose demodulator is set up once, with the change to TV.
-constexpr TvModeRow kTvModeDemodulators[] = {
-    {{12, 13}, {0x0056, 0x3044}},
-    {{16, 17}, {0x0056, 0x1040}},
-    {{18, 19}, kDemodulatorDk},
-};
-
 // Modules whose demodulator has no set-up until a format is chosen.
 constexpr TunerSet kFormatOnTvMode = {14, 15, 20, 21};
 
-constexpr std::uint32_t kAnyStandard = 0xFFFFFFFF;
-constexpr std::uint32_t kSystemB = AnalogVideo_PAL_B | AnalogVideo_SECAM_B;
 constexpr std::uint32_t kSystemBg = kSystemB | AnalogVideo_PAL_G | AnalogVideo_SECAM_G;
-constexpr std::uint32_t kSystemD = AnalogVideo_PAL_D | AnalogVideo_SECAM_D;
 constexpr std::uint32_t kSystemDk = kSystemD | AnalogVideo_SECAM_K | AnalogVideo_SECAM_K1;
+
+constexpr FormatWords kMk5Formats[] = {
+    {kSystemBg, {0x0016, 0x7049}},
+    {kSystemDk, {0x0016, 0x704B}},
+    {AnalogVideo_PAL_I, {0x0016, 0x704A}},
+    {AnalogVideo_SECAM_L, {0x0006, 0x4E4B}},
+    {AnalogVideo_SECAM_L1, {0x0086, 0x4E4B}},
+};
 
 struct FormatRow {
   TunerSet tunerTypes;
-  std::uint32_t standards;  // one bit each
+  std::span<const FormatWords> formats;
+};
+
+constexpr FormatRow kFormats[] = {
+    {{14, 15}, kMk3Formats},
+    {{20, 21}, kMk5Formats},
+};
+
+// The ALPS modules' demodulator is the same for every format.
+struct AlpsRow {
+  std::uint32_t tunerType;
   DemodulatorWords words;
 };
 
-constexpr FormatRow kFormatDemodulators[] = {
-    {{46}, kAnyStandard, {0x00D6, 0x1004}},
-    {{47}, kAnyStandard, {0x00D6, 0x7009}},
-    {{48}, kAnyStandard, {0x00D6, 0x7000}},
-    {{14, 15}, kSystemB, {0x0016, 0x7049}},
-    {{14, 15}, kSystemD, {0x0016, 0x704B}},
-    {{14, 15}, AnalogVideo_PAL_I, {0x0016, 0x704A}},
-    {{14, 15}, AnalogVideo_SECAM_L, {0x0006, 0x504B}},
-    {{20, 21}, kSystemBg, {0x0016, 0x7049}},
-    {{20, 21}, kSystemDk, {0x0016, 0x704B}},
-    {{20, 21}, AnalogVideo_PAL_I, {0x0016, 0x704A}},
-    {{20, 21}, AnalogVideo_SECAM_L, {0x0006, 0x4E4B}},
-    {{20, 21}, AnalogVideo_SECAM_L1, {0x0086, 0x4E4B}},
+constexpr AlpsRow kAlpsDemodulators[] = {
+    {46, {0x00D6, 0x1004}},
+    {47, {0x00D6, 0x7009}},
+    {48, {0x00D6, 0x7000}},
 };
 
-// Matches a row's standards: any at all, or exactly one of them.
-bool Covers(std::uint32_t standards, std::uint32_t standard) {
-  if (standards == kAnyStandard) return true;
-  return (standards & standard) != 0 && (standard & (standard - 1)) == 0;
+const DemodulatorWords* WordsFor(std::uint32_t tunerType, std::uint32_t standard) {
+  for (const AlpsRow& row : kAlpsDemodulators) {
+    if (row.tunerType == tunerType) return &row.words;
+  }
+  for (const FormatRow& row : kFormats) {
+    if (row.tunerTypes.Has(tunerType)) return DemodulatorWordsForFormat(row.formats, standard);
+  }
+  return nullptr;
 }
 
 }  // namespace
@@ -74,10 +66,8 @@ HRESULT Saa713xDevice::InitialTV() {
   CurrentMode = Mode::TV;
 
   if (kFormatOnTvMode.Has(Board.TunerType)) SetTVFormat(VideoStandard, CountryCode);
-  for (const TvModeRow& row : kTvModeDemodulators) {
-    if (row.tunerTypes.Has(Board.TunerType)) {
-      I2CWriteDWord(kDemodulatorAddress, row.words.word1, row.words.word2);
-    }
+  if (const DemodulatorWords* const words = DemodulatorWordsForTv(Board.TunerType)) {
+    I2CWriteDWord(kDemodulatorAddress, words->word1, words->word2);
   }
 
   if (!Board.StandardBoard) Gpio->SetLine(kTvSwitchLine, 1);
@@ -108,12 +98,8 @@ bool Saa713xDevice::NeedsCountrySubstitute(std::uint32_t country) const {
 }
 
 HRESULT Saa713xDevice::SetUpDemodulatorFor(std::uint32_t standard) {
-  for (const FormatRow& row : kFormatDemodulators) {
-    if (row.tunerTypes.Has(Board.TunerType) && Covers(row.standards, standard)) {
-      return I2CWriteDWord(kDemodulatorAddress, row.words.word1, row.words.word2);
-    }
-  }
-  return S_OK;
+  const DemodulatorWords* const words = WordsFor(Board.TunerType, standard);
+  return words ? I2CWriteDWord(kDemodulatorAddress, words->word1, words->word2) : S_OK;
 }
 
 HRESULT Saa713xDevice::SetTVFormat(std::uint32_t standard, std::uint32_t country) {
@@ -159,8 +145,9 @@ HRESULT Saa713xDevice::SetCaptureStandard(std::uint32_t standard) {
   request.Value = standard;
   SetProperty(CaptureProps.Get(), kPropsetVideoDecoder, KSPROPERTY_VIDEODECODER_STANDARD, request);
   constexpr TunerSet kSetUpWithDecoder = {18, 19};
-  if (kSetUpWithDecoder.Has(Board.TunerType) && Covers(kSystemD, standard)) {
-    I2CWriteDWord(kDemodulatorAddress, kDemodulatorDk.word1, kDemodulatorDk.word2);
+  if (kSetUpWithDecoder.Has(Board.TunerType) && IsOneOf(kSystemD, standard)) {
+    const DemodulatorWords* const words = DemodulatorWordsForTv(Board.TunerType);
+    I2CWriteDWord(kDemodulatorAddress, words->word1, words->word2);
   }
   return E_FAIL;
 }

@@ -1,6 +1,4 @@
 // Is there a signal? Each kind of tuner module shows it in its own way.
-#include <cstdlib>
-
 #include "backends/saa713x/bus_addresses.h"
 #include "backends/saa713x/saa713x_device.h"
 #include "backends/tuner_modules/afc.h"
@@ -13,24 +11,9 @@ namespace {
 
 constexpr std::uint32_t kSettlingMs = 80;
 
-// TDA8290: AFC register. Bit 7 is the lock, the rest a signed offset in counts.
-constexpr std::uint8_t kSiliconAfcRegister = 0x1B;
-constexpr std::uint8_t kSiliconLocked = 0x80;
-constexpr double kSiliconKHzPerCount = 13.2;
-
 // Vamp decoder status word.
 constexpr ULONG kDecoderLocked = 0x1000000;
 constexpr ULONG kDecoderFieldRate = 0x30000;  // either bit: 50 or 60 Hz found
-
-// The distance of the seven-bit count from its half scale: 64 at the carrier, 0 furthest from it.
-std::uint32_t SiliconLevel(std::uint8_t status) {
-  return static_cast<std::uint32_t>(std::abs((status & 0x7F) - 64));
-}
-
-double SiliconOffset(std::uint8_t status) {
-  const int count = status & 0x7F;
-  return count < 64 ? count * -kSiliconKHzPerCount : (128 - count) * kSiliconKHzPerCount;
-}
 
 }  // namespace
 
@@ -59,32 +42,19 @@ HRESULT Saa713xDevice::IsSignalPresent_TUNER(std::uint32_t* present, std::uint32
   return TunerAfcPresence(places);
 }
 
-// A status byte that could not be read says nothing of a carrier.
-HRESULT Saa713xDevice::NoReading(const SignalPlaces& places, HRESULT code) {
-  Store(places.present, 0);
-  Store(places.strength, 0);
-  return code;
-}
-
 HRESULT Saa713xDevice::DemodulatorAfcPresence(const SignalPlaces& places) {
   std::uint8_t status = 0;
   const HRESULT code = I2CRead(kDemodulatorAddress, &status);
-  if (FAILED(code)) return NoReading(places, code);
-  const std::uint8_t afc = DemodulatorAfcCode(status);
-  Store(places.present, afc <= 2 || afc >= 13);
-  Store(places.strength, places.offset ? kDemodulatorAfc[afc].strength : afc);
-  Store(places.offset, kDemodulatorAfc[afc].offsetKHz);
+  if (FAILED(code)) return StoreNoReading(places, code);
+  StoreDemodulatorTvAfc(places, status, kDemodulatorAfc);
   return code;
 }
 
 HRESULT Saa713xDevice::DemodulatorLockPresence(const SignalPlaces& places) {
   std::uint8_t status = 0;
   const HRESULT code = I2CRead(kDemodulatorAddress, &status);
-  if (FAILED(code)) return NoReading(places, code);
-  // Carrier, picture and sound found, with the AFC in one of the two innermost steps.
-  const std::uint8_t flagsAndAfc = status >> 1;
-  Store(places.present, flagsAndAfc == 0x70 || flagsAndAfc == 0x7F);
-  Store(places.strength, flagsAndAfc & 0x0F);
+  if (FAILED(code)) return StoreNoReading(places, code);
+  StoreDemodulatorTvLock(places, status);
   return code;
 }
 
@@ -102,10 +72,10 @@ HRESULT Saa713xDevice::ReadSiliconStatus(std::uint8_t& status) {
 HRESULT Saa713xDevice::Silicon40Presence(const SignalPlaces& places) {
   std::uint8_t status = 0;
   const HRESULT code = ReadSiliconStatus(status);
-  if (FAILED(code)) return NoReading(places, code);
+  if (FAILED(code)) return StoreNoReading(places, code);
   Store(places.present, (status & kSiliconLocked) != 0);
   Store(places.strength, SiliconLevel(status) / 13);
-  Store(places.offset, SiliconOffset(status));
+  Store(places.offset, SiliconOffsetKHz(status));
   return code;
 }
 
@@ -117,29 +87,20 @@ HRESULT Saa713xDevice::Silicon41Presence(const SignalPlaces& places) {
     WaitMs(kSettlingMs);
     code = ReadSiliconStatus(status);
   }
-  if (FAILED(code)) return NoReading(places, code);
+  if (FAILED(code)) return StoreNoReading(places, code);
   constexpr std::uint32_t kLowestLevel = 50;  // about 185 kHz from the carrier
   const std::uint32_t level = SiliconLevel(status);
   Store(places.present, (status & kSiliconLocked) != 0 && level >= kLowestLevel);
   Store(places.strength, level);
-  Store(places.offset, SiliconOffset(status));
+  Store(places.offset, SiliconOffsetKHz(status));
   return code;
-}
-
-// Without a place for the offset the strength is the raw reading.
-void Saa713xDevice::StoreTunerAfc(const SignalPlaces& places, std::uint8_t afc) {
-  Store(places.strength, places.offset ? kTunerAfc[afc].strength : afc);
-  Store(places.offset, kTunerAfc[afc].offsetKHz);
 }
 
 HRESULT Saa713xDevice::TunerAfcPresence(const SignalPlaces& places) {
   std::uint8_t status = 0;
   const HRESULT code = I2CRead(kTunerAddress, &status);
-  if (FAILED(code)) return NoReading(places, code);
-  const std::uint8_t afc = TunerAfcCode(status);
-  const bool present = afc >= 1 && afc <= 3;
-  Store(places.present, present);
-  StoreTunerAfc(places, afc);
+  if (FAILED(code)) return StoreNoReading(places, code);
+  const bool present = StoreTunerTvStatus(places, status);
   // These modules show an AFC reading on noise too; the decoder has the last word.
   constexpr TunerSet kAskDecoder = {35, 36};
   if (present && kAskDecoder.Has(Board.TunerType)) {

@@ -5,7 +5,7 @@
 #include "backends/saa713x/country_rules.h"
 #include "backends/saa713x/pll_table.h"
 #include "backends/saa713x/saa713x_device.h"
-#include "backends/tuner_modules/tuner_set.h"
+#include "backends/tuner_modules/words.h"
 #include "common/log.h"
 #include "platform/property_request.h"
 
@@ -26,18 +26,8 @@ struct TuningNotification {
 };
 static_assert(sizeof(TuningNotification) == 16);
 
-// Modules that take a fifth byte, or the four bytes twice.
-struct LongWriteRow {
-  TunerSet tunerTypes;
-  std::uint32_t count;
-  std::uint8_t fifthByte;  // AGC take-over point
-};
-
-constexpr LongWriteRow kLongWrites[] = {
-    {{12, 13, 14, 15}, 5, 0xA0},
-    {{16, 17, 18, 19}, 5, 0xB0},
-    {{20, 21}, 4, 0x00},
-};
+// These modules take the four bytes twice.
+constexpr TunerSet kWrittenTwice = {20, 21};
 
 }  // namespace
 
@@ -104,13 +94,12 @@ HRESULT Saa713xDevice::WritePll(std::uint32_t frequencyKHz, std::uint32_t countr
     Log("SAA713x This tuner type has not yet implemented in ZELK_SetFreq()");
     return S_OK;
   }
-  for (const LongWriteRow& row : kLongWrites) {
-    if (!row.tunerTypes.Has(Board.TunerType)) continue;
-    const std::uint8_t bytes[] = {static_cast<std::uint8_t>(pll->divider >> 8),
-                                  static_cast<std::uint8_t>(pll->divider),
-                                  static_cast<std::uint8_t>(pll->control >> 8),
-                                  static_cast<std::uint8_t>(pll->control), row.fifthByte};
-    I2CWriteSequence(kTunerAddress, bytes, row.count);
+  const auto words = WordBytes(pll->divider, pll->control);
+  if (const auto fifthByte = TvPllFifthByte(Board.TunerType)) {
+    const std::uint8_t bytes[] = {words[0], words[1], words[2], words[3], *fifthByte};
+    I2CWriteSequence(kTunerAddress, bytes, sizeof(bytes));
+  } else if (kWrittenTwice.Has(Board.TunerType)) {
+    I2CWriteSequence(kTunerAddress, words.data(), words.size());
   }
   // The driver of this module tunes it itself.
   if (Board.TunerType == 43) return RequestTunerFrequency(TvFrequency, 1, 44, country);
