@@ -6,10 +6,8 @@
 #include "backends/bt_family/requests.h"
 #include "backends/tuner_modules/bands.h"
 #include "backends/tuner_modules/words.h"
-#include "common/log.h"
 #include "common/store.h"
 #include "platform/property_request.h"
-#include "platform/win32.h"
 
 namespace zelk {
 namespace {
@@ -23,13 +21,6 @@ constexpr TvBandRow kTvBands[] = {
 constexpr std::uint32_t kUnknownTuner = 0xFFFFFFFF;
 
 }  // namespace
-
-void FamilyLog::Say(const char* text, const char* text2, const char* text3) const {
-  // wsprintfA stops at 1024 bytes; no line of these families comes near.
-  char line[1024];
-  wsprintfA(line, "%s%s%s%s", tag, text, text2, text3);
-  AppendLogMessage(line, fileName);
-}
 
 BtFamilyDevice::~BtFamilyDevice() { TearDown(); }
 
