@@ -7,12 +7,21 @@
 using REFERENCE_TIME = LONGLONG;
 using OAFilterState = LONG;
 
-struct IReferenceClock;
 struct IFileSinkFilter;
 struct IAMCopyCaptureFileProgress;
 struct IAMTunerNotification;
 struct IFilterGraph;
 struct IBaseFilter;
+
+struct IReferenceClock : IUnknown {
+  virtual HRESULT STDMETHODCALLTYPE GetTime(REFERENCE_TIME* pTime) = 0;
+  virtual HRESULT STDMETHODCALLTYPE AdviseTime(REFERENCE_TIME baseTime, REFERENCE_TIME streamTime,
+                                               DWORD_PTR hEvent, DWORD_PTR* pdwAdviseCookie) = 0;
+  virtual HRESULT STDMETHODCALLTYPE AdvisePeriodic(REFERENCE_TIME startTime,
+                                                   REFERENCE_TIME periodTime, DWORD_PTR hSemaphore,
+                                                   DWORD_PTR* pdwAdviseCookie) = 0;
+  virtual HRESULT STDMETHODCALLTYPE Unadvise(DWORD_PTR dwAdviseCookie) = 0;
+};
 
 struct RECT {
   LONG left;

@@ -4,7 +4,7 @@
 #include <cwchar>
 #include <string>
 
-#include "platform/host/enumerator.h"
+#include "platform/enumerator.h"
 #include "platform/host/system_classes.h"
 
 namespace zelk::host {

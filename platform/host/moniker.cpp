@@ -3,7 +3,7 @@
 
 #include <cwchar>
 
-#include "platform/host/enumerator.h"
+#include "platform/enumerator.h"
 #include "platform/host/ignore_case.h"
 
 namespace zelk::host {

@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <fstream>
 #include <mutex>
+#include <utility>
+#include <vector>
 
 #include "platform/host/control.h"
 #include "platform/host/ignore_case.h"
@@ -33,6 +35,39 @@ std::string FolderPath() {
   }
   const char* const named = std::getenv("ZELKAPI_SETTINGS");
   return named ? named : "";
+}
+
+// A value that belongs to no file of the user's.
+struct InstalledValue {
+  std::uint32_t token;
+  std::string file;
+  std::string section;
+  std::string key;
+  std::string value;
+};
+
+struct InstalledValues {
+  std::mutex mutex;
+  std::uint32_t lastToken = 0;
+  std::vector<InstalledValue> values;
+};
+
+InstalledValues& Installed() {
+  static auto* const installed = new InstalledValues;  // as the folder
+  return *installed;
+}
+
+std::optional<std::string> FindInstalled(std::string_view file, std::string_view section,
+                                         std::string_view key) {
+  InstalledValues& installed = Installed();
+  const std::lock_guard lock(installed.mutex);
+  const auto found = std::find_if(
+      installed.values.rbegin(), installed.values.rend(), [&](const InstalledValue& value) {
+        return value.file == file && EqualIgnoringCase(value.section, section) &&
+               EqualIgnoringCase(value.key, key);
+      });
+  if (found == installed.values.rend()) return std::nullopt;
+  return found->value;
 }
 
 std::string_view Trim(std::string_view text) {
@@ -86,6 +121,23 @@ void UseSettingsFolder(std::string path) {
   folder.path = std::move(path);
 }
 
+std::uint32_t AddProfileValue(std::string file, std::string section, std::string key,
+                              std::string value) {
+  InstalledValues& installed = Installed();
+  const std::lock_guard lock(installed.mutex);
+  const std::uint32_t token = ++installed.lastToken;
+  installed.values.push_back(
+      {token, std::move(file), std::move(section), std::move(key), std::move(value)});
+  return token;
+}
+
+void RemoveProfileValue(std::uint32_t token) {
+  InstalledValues& installed = Installed();
+  const std::lock_guard lock(installed.mutex);
+  std::erase_if(installed.values,
+                [token](const InstalledValue& value) { return value.token == token; });
+}
+
 std::string SettingsPath(std::string_view fileName) {
   if (fileName.empty() || fileName.front() == '/') return std::string(fileName);
   const std::string folder = FolderPath();
@@ -102,7 +154,7 @@ std::optional<std::string> FindSetting(std::string_view fileName, std::string_vi
     value = Unquote(Trim(line.substr(equals + 1)));
     return true;
   });
-  return value;
+  return value ? value : FindInstalled(fileName, section, key);
 }
 
 bool HasSettingsSection(std::string_view fileName, std::string_view section) {

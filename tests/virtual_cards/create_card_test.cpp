@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "bt_client.h"
 #include "plugged_card.h"
 
 namespace zelk::virtual_cards {
@@ -19,13 +20,43 @@ ULONG BoardConfigOf(std::string_view description) {
 TEST(CreateCard, Kinds) {
   for (const CardKind& kind : CardKinds()) {
     const auto card = CreateCard(kind.name, {});
+    EXPECT_FALSE(kind.description.empty());
+    const bool filters = !kind.name.ends_with("-io");
+    EXPECT_EQ(static_cast<bool>(card->CaptureFilter()), filters) << kind.name;
+    EXPECT_EQ(card->FriendlyName().empty(), !filters) << kind.name;
+    if (!kind.name.starts_with("saa")) continue;
     ULONG chip = 0;
     Interfaces(*card).device->GetChipId(&chip);
     EXPECT_EQ(std::stoul(kind.name.substr(3), nullptr, 16), chip);
-    EXPECT_FALSE(kind.description.empty());
     EXPECT_THAT(card->FriendlyName(), HasSubstr(kind.name.substr(3)));
     EXPECT_TRUE(card->TunerFilter());
   }
+}
+
+// What of the options of Bt878 and CX2388x cards can be seen from outside.
+TEST(CreateCard, OptionsOfBtCards) {
+  const auto eepromByte = [](const std::string& description) {
+    const auto card = CreateCard(description, {});
+    const BtClient on(*card);
+    Block block = Block(32).Byte(24, 6);
+    on.Set(104, block);
+    return on.Get(105, block) == S_OK ? block.ByteAt(24) : -1;
+  };
+  EXPECT_EQ(eepromByte("cx2388x,tuner=14"), 0x0A);
+  EXPECT_EQ(eepromByte("cx2388x,eeprom=blank"), 0xFF);
+  EXPECT_EQ(eepromByte("cx2388x,eeprom=none"), -1);
+  EXPECT_EQ(eepromByte("cx2388x,eeprom=dying"), 1);
+  EXPECT_TRUE(CreateCard("bt878", {})->TunerFilter());
+  EXPECT_FALSE(CreateCard("bt878,tunerfilter=0", {})->TunerFilter());
+  EXPECT_FALSE(CreateCard("cx2388x", {})->TunerFilter());
+  EXPECT_TRUE(CreateCard("cx2388x,tunerfilter=1", {})->TunerFilter());
+  EXPECT_FALSE(CreateCard("bt878-io,tunerfilter=1", {})->TunerFilter());
+  const auto card = CreateCard("cx2388x,key=0x8F", {});
+  const BtClient on(*card);
+  on.Set(6, Block(40).Word(24, 0x30000001).Word(28, 0x350018));
+  Block gpio = Block(40).Word(24, 0x30000003).Word(28, 0x350018);
+  EXPECT_EQ(on.Get(6, gpio), S_OK);
+  EXPECT_EQ(gpio.WordAt(32), 0x1Fu);
 }
 
 TEST(CreateCard, BoardAndTunerGoTogether) {
@@ -93,6 +124,12 @@ TEST(CreateCard, MistakesAreNamed) {
            Case{"saa7134,remote=radio", "remote=radio"},
            Case{"saa7134,key=2", "key=2"},
            Case{"saa7134,key=2:256", "key=2:256"},
+           Case{"bt878,tuner=2", "tuner type 2"},
+           Case{"bt878,board=2", "board"},
+           Case{"bt878-io,eeprom=good", "eeprom=good"},
+           Case{"cx2388x,tuner=40", "tuner type 40"},
+           Case{"cx2388x,tuner=x", "tuner=x"},
+           Case{"cx2388x-io,key=2:3", "key=2:3"},
        }) {
     try {
       CreateCard(one.description, {});

@@ -35,12 +35,12 @@ TEST_F(FmTunerTest, EveryModuleBySelectingItsFmSection) {
       {{13, 15}, {{0x08, 0x7E, 0x80, 0x19, 0xA0}}},
       // (98000 + 33300) / 50 = 2626
       {{19}, {{0x0A, 0x42, 0x80, 0x19, 0xB0}}},
-      {{21}, {{0x08, 0x7E, 0x88, 0x09}}},
+      {{21, 23}, {{0x08, 0x7E, 0x88, 0x09}}},
       // (98000 + 41250) / 50 = 2785
       {{30}, {{0x0A, 0xE1, 0x88, 0xA5}, {0x0A, 0xE1, 0x88, 0xA6}}},
       {{44, 45}, {{0x08, 0x7E, 0xC8, 0x91}, {0x08, 0x7E, 0xC8, 0x11}, {0x08, 0x7E, 0xC8, 0x31}}},
   };
-  for (std::uint32_t type = 0; type <= 48; ++type) {
+  for (std::uint32_t type = 0; type <= 51; ++type) {
     if (!FindTunerModel(type)) continue;
     for (const Module& module : modules) {
       const bool ownWords = testing::Matches(testing::Contains(type))(module.types);
@@ -181,6 +181,7 @@ class FmDemodulatorTest : public FmTunerTest {
         Write(0x86, {0x00, 0x4E, 0xDF, 0x5C});
         break;
       case 21:
+      case 23:
         Write(0xC2, {0x08, 0x7E, 0x88, 0x09});
         Write(0x86, {0x00, 0x5A, 0x90, 0x20});
         break;
@@ -218,7 +219,7 @@ TEST_F(FmDemodulatorTest, AfcOnBothSidesOfTheStation) {
            Case{-174, 9, 6},
            Case{-199, 8, 7},
        }) {
-    for (const std::uint32_t type : {13u, 15u, 21u}) {
+    for (const std::uint32_t type : {13u, 15u, 21u, 23u}) {
       FitReady(type, FmAirWith(kTunedKHz + one.offsetKHz));
       EXPECT_EQ(Read(0x86), kFound | one.code << 1) << type << ' ' << one.offsetKHz;
     }
@@ -240,7 +241,8 @@ TEST_F(FmDemodulatorTest, LevelAndPilotAtTheTunersConverter) {
     std::uint32_t type;
     int stereo, mono;
   };
-  for (const Case& one : {Case{13, 4, 2}, Case{15, 4, 2}, Case{19, 4, 2}, Case{21, 2, 4}}) {
+  for (const Case& one :
+       {Case{13, 4, 2}, Case{15, 4, 2}, Case{19, 4, 2}, Case{21, 2, 4}, Case{23, 2, 4}}) {
     FitReady(one.type, FmAirWith(kTunedKHz + 30, true));
     EXPECT_EQ(Read(0xC2), kInLock | one.stereo) << one.type;
     FitReady(one.type, FmAirWith(kTunedKHz + 30, false));
@@ -269,6 +271,9 @@ TEST_F(FmDemodulatorTest, SetUpMustSuitTheModule) {
            Case{13, 0x4E, 0x5C, false},  // the eastern IF
            Case{19, 0x4E, 0x5C, true},
            Case{19, 0x4E, 0x74, false},
+           Case{21, 0x4F, 0x7D, true},  // these have an input of their own for 10.7 MHz
+           Case{23, 0x4F, 0x20, true},
+           Case{23, 0x16, 0x7D, false},
        }) {
     FitReady(one.type, FmAirWith(kTunedKHz));
     Write(0x86, {0x00, one.b, 0x90, one.e});
@@ -303,6 +308,7 @@ TEST_F(FmDemodulatorTest, ReadingsNeedTheirTime) {
   for (const std::uint8_t chip : {std::uint8_t{0xC2}, std::uint8_t{0x86}}) {
     EXPECT_EQ(Read(0x86), 0xA0);
     if (chip == 0xC2) {
+      Write(chip, {0x08, 0x60});
       Write(chip, {0x08, 0x7E});
     } else {
       Write(chip, {0x00, 0x4E});
@@ -313,6 +319,13 @@ TEST_F(FmDemodulatorTest, ReadingsNeedTheirTime) {
     Sleep(1);
     EXPECT_EQ(Read(0xC2) & 7, 4);
   }
+  // A loop that moves a little stays in lock.
+  Write(0xC2, {0x08, 0x7D});
+  Write(0xC2, {0x08, 0x7E});
+  Sleep(9);
+  EXPECT_EQ(Read(0x86), kNothingFound);
+  Sleep(1);
+  EXPECT_EQ(Read(0x86), 0xA0);
 }
 
 }  // namespace

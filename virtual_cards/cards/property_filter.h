@@ -1,4 +1,4 @@
-// Base of a virtual card's filters: a driver's property sets, and one DirectShow interface beside
+// Base of a virtual card's filters: a driver's property sets, and DirectShow interfaces beside
 // them.
 #pragma once
 
@@ -15,15 +15,18 @@ namespace zelk::virtual_cards {
 struct FilterNames {
   std::string_view filter;
   std::string_view propertySetQuery;
-  std::string_view interfaceQuery;
+  std::string_view interfaceQuery;   // for the first interface beside the property sets
+  std::string_view graphQuery = {};  // for IBaseFilter behind it
 };
 
-template <class Interface>
-class PropertyFilter : public CardObject<IKsPropertySet, Interface>, protected PropertyHandler {
+template <class Interface, class... Further>
+class PropertyFilter : public CardObject<IKsPropertySet, Interface, Further...>,
+                       protected PropertyHandler {
  public:
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
     std::string_view request;
     if (iid == IidOf<IKsPropertySet>()) request = names_.propertySetQuery;
+    if (iid == IidOf<IBaseFilter>()) request = names_.graphQuery;
     if (iid == IidOf<Interface>()) request = names_.interfaceQuery;
     return gate_.PassQuery(request, object, [&] { return Object::QueryInterface(iid, object); });
   }
@@ -53,7 +56,7 @@ class PropertyFilter : public CardObject<IKsPropertySet, Interface>, protected P
   RequestGate& Gate() { return gate_; }
 
  private:
-  using Object = CardObject<IKsPropertySet, Interface>;
+  using Object = CardObject<IKsPropertySet, Interface, Further...>;
 
   RequestGate& gate_;
   const FilterNames names_;

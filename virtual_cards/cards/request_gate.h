@@ -14,6 +14,10 @@
 
 namespace zelk::virtual_cards {
 
+// What a transfer answers that nobody acknowledged. As a code of its own it tells the bus's own
+// failures from those that somebody ordered.
+inline constexpr HRESULT kNotAcknowledged = S_FALSE;
+
 class RequestGate {
  public:
   // Null detaches.
@@ -52,10 +56,38 @@ class RequestGate {
     return Pass(describe, act, [](TraceLine&) {});
   }
 
+  // A transfer on a bus: `act` answers S_OK or kNotAcknowledged, or a failure of another kind. So
+  // does this; a refusal with a code that is none is the bus's own failure.
+  template <class Describe, class Act, class Answer>
+  HRESULT PassTransfer(Describe describe, Act act, Answer answer) {
+    const HRESULT code = PassAny(describe, act, [&](TraceLine& line, HRESULT result) {
+      if (result == S_OK) {
+        answer(line);
+      } else if (FAILED(result)) {
+        line.Answer().Word(static_cast<std::uint32_t>(result));
+      } else {
+        line.Answer().Text("nak");
+      }
+    });
+    return code == S_OK || FAILED(code) ? code : kNotAcknowledged;
+  }
+
   // A request that is one fixed text.
   template <class Act>
   HRESULT PassText(std::string_view request, Act act) {
     return Pass([request](TraceLine& line) { line.Text(request); }, act);
+  }
+
+  // A request for a number.
+  template <class Number, class Value>
+  HRESULT PassNumber(std::string_view request, Number* place, Value value) {
+    return Pass([request](TraceLine& line) { line.Text(request); },
+                [&] {
+                  if (!place) return E_POINTER;
+                  *place = static_cast<Number>(value());
+                  return S_OK;
+                },
+                [&](TraceLine& line) { line.Answer().Number(*place); });
   }
 
   // QueryInterface: an empty `request` stands for an interface that is nobody's business. The out

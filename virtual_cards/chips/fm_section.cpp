@@ -18,22 +18,36 @@ constexpr std::uint8_t kClassicAfc = 0x01;
 
 constexpr FmSection kSections[] = {
     {TunerTypes({1, 3, 5, 7, 9, 11, 17, 26, 28, 32, 34}), kUsualIfKHz, kClassicBytes,
-     FmConverter::kAfcOrLevel, kClassicAfc, false, false},
+     FmConverter::kAfcOrLevel, kClassicAfc, FmDemodulation::kInModule},
     // This module demodulates FM in its television sound IF.
-    {TunerTypes({30}), 41250, kClassicBytes, FmConverter::kAfcOrLevel, kClassicAfc, false, false},
-    {TunerTypes({13, 15}), kUsualIfKHz, {0x19}, FmConverter::kLiftedByPilot, 0, true, false},
+    {TunerTypes({30}), 41250, kClassicBytes, FmConverter::kAfcOrLevel, kClassicAfc,
+     FmDemodulation::kInModule},
+    {TunerTypes({13, 15}),
+     kUsualIfKHz,
+     {0x19},
+     FmConverter::kLiftedByPilot,
+     0,
+     FmDemodulation::kChip},
     // The eastern module's FM IF is mixed with 44 MHz.
-    {TunerTypes({19}), 33300, {0x19}, FmConverter::kLiftedByPilot, 0, true, true},
-    {TunerTypes({21}), kUsualIfKHz, {0x09}, FmConverter::kPulledByPilot, 0, true, false},
+    {TunerTypes({19}), 33300, {0x19}, FmConverter::kLiftedByPilot, 0, FmDemodulation::kChipTurned},
+    {TunerTypes({21, 23}),
+     kUsualIfKHz,
+     {0x09},
+     FmConverter::kPulledByPilot,
+     0,
+     FmDemodulation::kChipRadioInput},
     // Bits 4 and 0 select the FM section; bit 7 converts the AFC in stereo, bit 5 in mono.
     {TunerTypes({44, 45}),
      kUsualIfKHz,
      {0x11, 0x31, 0x91},
      FmConverter::kAfcOrLevel,
      0xA0,
-     false,
-     false},
+     FmDemodulation::kInModule},
 };
+
+// The American make of these modules has the FM section of most.
+constexpr std::uint64_t kAmericanTypes = TunerTypes({44, 45});
+constexpr std::uint32_t kClassicType = 1;
 
 // Status byte.
 constexpr std::uint8_t kStereoIndicator = 0x10;
@@ -68,6 +82,12 @@ bool FmSection::SelectedBy(std::uint8_t bandByte) const {
          std::find(bandBytes.begin(), bandBytes.end(), bandByte) != bandBytes.end();
 }
 
+std::uint8_t FmSection::AfcBandByte() const {
+  const auto found = std::find_if(bandBytes.begin(), bandBytes.end(),
+                                  [this](std::uint8_t byte) { return (byte & afcBits) != 0; });
+  return found == bandBytes.end() ? bandBytes[0] : *found;
+}
+
 std::uint8_t FmSection::StatusBits(std::uint8_t bandByte, const FmReception& reception) const {
   const FmStation* station = reception.Centred();
   const bool pilot = station && station->stereo;
@@ -80,7 +100,10 @@ std::uint8_t FmSection::StatusBits(std::uint8_t bandByte, const FmReception& rec
   return pilot == (converter == FmConverter::kLiftedByPilot) ? kHighest : kMiddle;
 }
 
-const FmSection* FindFmSection(std::uint32_t tunerType) {
+const FmSection* FindFmSection(std::uint32_t tunerType, ModuleMake make) {
+  if (make == ModuleMake::kAmerican && HoldsTunerType(kAmericanTypes, tunerType)) {
+    return FindFmSection(kClassicType);
+  }
   for (const FmSection& section : kSections) {
     if (HoldsTunerType(section.types, tunerType)) return &section;
   }

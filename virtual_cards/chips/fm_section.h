@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "virtual_cards/chips/reception.h"
+#include "virtual_cards/chips/tuner_models.h"
 
 namespace zelk::virtual_cards {
 
@@ -20,6 +21,17 @@ enum class FmConverter {
   kPulledByPilot,
 };
 
+// Where the FM IF is demodulated.
+enum class FmDemodulation {
+  kInModule,
+  // By the chip at 0x86, at its IF input: its register E says which IF it is to work at.
+  kChip,
+  // The same, but the IF is mixed once more from above on its way there, which mirrors it.
+  kChipTurned,
+  // By that chip, at the input that it has for 10.7 MHz alone.
+  kChipRadioInput,
+};
+
 struct FmSection {
   std::uint64_t types;  // tuner type codes, one bit each
   double ifKHz;
@@ -27,10 +39,12 @@ struct FmSection {
   std::array<std::uint8_t, 4> bandBytes;
   FmConverter converter;
   std::uint8_t afcBits;  // band byte: any of them puts the AFC voltage on the converter
-  bool demodulatorChip;  // the IF goes to the chip at 0x86
-  bool turnedIf;         // mixed once more from above on its way there, which mirrors it
+  FmDemodulation demodulation;
 
+  bool ByChip() const { return demodulation != FmDemodulation::kInModule; }
   bool SelectedBy(std::uint8_t bandByte) const;
+  // A setting that selects it, if possible one that puts the AFC voltage on the converter.
+  std::uint8_t AfcBandByte() const;
   // The input is wide open from the lower end of the eastern FM band to the upper end of the
   // western one.
   static constexpr bool Covers(double kHz) { return 62000 <= kHz && kHz <= 108500; }
@@ -40,6 +54,6 @@ struct FmSection {
 };
 
 // Null for a module without an FM section.
-const FmSection* FindFmSection(std::uint32_t tunerType);
+const FmSection* FindFmSection(std::uint32_t tunerType, ModuleMake make = ModuleMake::kUsual);
 
 }  // namespace zelk::virtual_cards

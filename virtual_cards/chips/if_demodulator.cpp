@@ -95,9 +95,10 @@ Reception IfDemodulator::Detect() const {
 
 FmReception IfDemodulator::DetectFm() const {
   const FmSection* fm = tuner_.SelectedFm();
-  if (!fm || !fm->demodulatorChip || !SetUp() || Modulation() != Mode::kFmRadio) return {};
-  if (!Settled(kAfcSettleMs) || !tuner_.Settled(kAfcSettleMs)) return {};
-  return tuner_.ReceiveFm(RadioIfKHz());
+  if (!fm || !fm->ByChip() || !SetUp() || Modulation() != Mode::kFmRadio) return {};
+  if (!Settled(kAfcSettleMs) || !tuner_.FmSettled()) return {};
+  const bool ownInput = fm->demodulation == FmDemodulation::kChipRadioInput;
+  return tuner_.ReceiveFm(ownInput ? kRadioIfKHz : RadioIfKHz());
 }
 
 std::uint8_t IfDemodulator::Status() const {
@@ -122,7 +123,7 @@ std::uint8_t IfDemodulator::FmStatus() const {
   const FmReception reception = DetectFm();
   if (!reception.station) return kAfcNoCarrier << 1;
   // As with a picture, unless the spectrum has been turned around on its way.
-  const bool turned = tuner_.SelectedFm()->turnedIf;
+  const bool turned = tuner_.SelectedFm()->demodulation == FmDemodulation::kChipTurned;
   const double deviationKHz = turned ? reception.OffsetKHz() : -reception.OffsetKHz();
   const auto afc = static_cast<std::uint8_t>(AfcCode(deviationKHz) << 1);
   return afc | kSoundIfLevel | kCarrierDetected;

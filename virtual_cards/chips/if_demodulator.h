@@ -28,7 +28,7 @@ class IfDemodulator final : public I2cDevice, public PictureDetector, public FmD
   // Picture IF in kHz, 0 for a code without a meaning.
   double PictureIfKHz() const;
   double SoundOffsetKHz() const;
-  // IF in kHz that is demodulated in FM-radio mode.
+  // IF in kHz that is demodulated in FM-radio mode when it arrives at the IF input.
   double RadioIfKHz() const;
 
   Reception Detect() const override;

@@ -11,7 +11,8 @@ namespace zelk::virtual_cards {
 
 class PllTuner final : public I2cDevice {
  public:
-  static constexpr std::uint8_t kAddress = 0xC2;
+  static constexpr std::uint8_t kAddress = 0xC2;       // on most boards
+  static constexpr std::uint8_t kOtherAddress = 0xC0;  // with the address pin tied to ground
 
   // All must outlive the tuner. `fm` is null for a module without an FM section.
   PllTuner(const TunerModel& model, const Air& air, const FmSection* fm = nullptr)
@@ -44,6 +45,8 @@ class PllTuner final : public I2cDevice {
   // Whether the band byte selects positive modulation.
   bool PositiveModulation() const { return (band_ & model_.positiveBit) != 0; }
   bool Settled(std::uint32_t milliseconds) const { return settle_.Passed(milliseconds); }
+  // Whether what the FM section shows is valid.
+  bool FmSettled() const { return fmJump_.Passed(kAfcSettleMs) && Settled(kFmStepSettleMs); }
   bool Powered() const { return powered_; }
   void SetPowered(bool powered) { powered_ = powered; }
 
@@ -58,7 +61,8 @@ class PllTuner final : public I2cDevice {
   const FmSection* const fm_;
   const PictureDetector* afcInput_ = nullptr;
   const FmDetector* fmInput_ = nullptr;
-  SettleTimer settle_;
+  SettleTimer settle_;  // since the last write
+  SettleTimer fmJump_;  // since the FM section was selected or moved by more than a small step
   std::uint16_t divider_ = 0;
   std::uint8_t control_ = 0;
   std::uint8_t band_ = 0;

@@ -10,8 +10,8 @@ namespace zelk::virtual_cards {
 
 namespace {
 
-const TunerModel& ModelOf(std::uint32_t tunerType) {
-  const TunerModel* model = FindTunerModel(tunerType);
+const TunerModel& ModelOf(std::uint32_t tunerType, ModuleMake make) {
+  const TunerModel* model = FindTunerModel(tunerType, make);
   if (!model) {
     throw std::invalid_argument("no PLL module is known for tuner type " +
                                 std::to_string(tunerType));
@@ -21,15 +21,18 @@ const TunerModel& ModelOf(std::uint32_t tunerType) {
 
 }  // namespace
 
-TunerCan::TunerCan(std::uint32_t tunerType, const Air& air)
-    : model_(ModelOf(tunerType)), fm_(FindFmSection(tunerType)), tuner_(model_, air, fm_) {
+TunerCan::TunerCan(std::uint32_t tunerType, const Air& air, std::uint8_t address, ModuleMake make)
+    : model_(ModelOf(tunerType, make)),
+      address_(address),
+      fm_(FindFmSection(tunerType, make)),
+      tuner_(model_, air, fm_) {
   // Without `separateDemodulator` the chip serves the FM section alone: the picture does not pass
   // it.
   if (model_.separateDemodulator || HasFmDemodulator(tunerType)) demodulator_.emplace(tuner_);
-  if (model_.afc == AfcReport::kPll && model_.statusAddress == PllTuner::kAddress) {
+  if (model_.afc == AfcReport::kPll && model_.statusAddress == 0) {
     tuner_.ConnectAfc(&Detector());
   }
-  if (fm_ && fm_->demodulatorChip) {
+  if (fm_ && fm_->ByChip()) {
     tuner_.ConnectFm(&*demodulator_);
   } else if (fm_) {
     tuner_.ConnectFm(&builtIn_);
@@ -37,8 +40,8 @@ TunerCan::TunerCan(std::uint32_t tunerType, const Air& air)
 }
 
 void TunerCan::AttachTo(I2cBus& bus) {
-  bus.Attach(PllTuner::kAddress, &tuner_);
-  if (model_.statusAddress != PllTuner::kAddress) bus.Attach(model_.statusAddress, &statusPort_);
+  bus.Attach(address_, &tuner_);
+  if (model_.statusAddress != 0) bus.Attach(model_.statusAddress, &statusPort_);
   if (demodulator_) bus.Attach(IfDemodulator::kAddress, &*demodulator_);
 }
 
@@ -65,7 +68,7 @@ const PictureDetector& TunerCan::Detector() const {
 }
 
 FmReception TunerCan::BuiltInDetector::DetectFm() const {
-  if (!can_.tuner_.Settled(kAfcSettleMs)) return {};
+  if (!can_.tuner_.FmSettled()) return {};
   return can_.tuner_.ReceiveFm(can_.fm_->ifKHz);
 }
 

@@ -10,8 +10,11 @@ namespace zelk::virtual_cards {
 
 class TunerCan final : public FrontEnd {
  public:
-  // `air` must outlive the module. Throws std::invalid_argument for a type without a known module.
-  TunerCan(std::uint32_t tunerType, const Air& air);
+  // `air` must outlive the module. `address` is the bus address of the PLL, 0xC2 or 0xC0: the board
+  // chooses it by the voltage at the chip's address pin. Throws std::invalid_argument for a type
+  // without a known module.
+  TunerCan(std::uint32_t tunerType, const Air& air, std::uint8_t address = PllTuner::kAddress,
+           ModuleMake make = ModuleMake::kUsual);
   TunerCan(const TunerCan&) = delete;
   TunerCan& operator=(const TunerCan&) = delete;
 
@@ -47,6 +50,7 @@ class TunerCan final : public FrontEnd {
   const PictureDetector& Detector() const;
 
   const TunerModel& model_;
+  const std::uint8_t address_;
   const FmSection* const fm_;  // null for a module without one
   PllTuner tuner_;
   std::optional<IfDemodulator> demodulator_;

@@ -32,12 +32,18 @@ struct TunerModel {
   bool agcByte;              // takes a fifth byte, the AGC set-up
   bool separateDemodulator;  // the picture is demodulated by a chip at 0x86
   AfcReport afc;
-  std::uint8_t
-      statusAddress;  // bus address at which the status byte with the AFC converter is read
+  // A further bus address at which the status byte with the AFC is read, 0 for the PLL's own.
+  std::uint8_t statusAddress;
 };
 
-// Null for a type without a PLL module that is known.
-const TunerModel* FindTunerModel(std::uint32_t tunerType);
+// Type codes 42 to 45 stand for modules of the same name in two makes.
+enum class ModuleMake {
+  kUsual,
+  kAmerican,  // made for the American IF whatever the country, with the usual FM section
+};
+
+// Null for a type without a PLL module that is known. A type of one make alone has that for both.
+const TunerModel* FindTunerModel(std::uint32_t tunerType, ModuleMake make = ModuleMake::kUsual);
 
 // Modules with a demodulator chip for their FM section alone.
 bool HasFmDemodulator(std::uint32_t tunerType);

@@ -2,9 +2,9 @@
 
 #include <cstring>
 
+#include "virtual_cards/cards/analog_decoder.h"
 #include "virtual_cards/cards/property_filter.h"
 #include "virtual_cards/cards/saa713x/property_sets.h"
-#include "virtual_cards/chips/tv_standard.h"
 
 namespace zelk::virtual_cards {
 
@@ -54,55 +54,14 @@ ULONG ReadWord(std::span<const BYTE> content) {
 constexpr FilterNames kNames = {"capture", "capture query IKsPropertySet",
                                 "capture query IAMAnalogVideoDecoder"};
 
-class CaptureFilter final : public PropertyFilter<IAMAnalogVideoDecoder> {
+using Base = AnalogDecoder<PropertyFilter<IAMAnalogVideoDecoder>, Saa713xHardware>;
+
+class CaptureFilter final : public Base {
  public:
   explicit CaptureFilter(const std::shared_ptr<Saa713xHardware>& hardware)
-      : PropertyFilter(Saa713xHardware::References(hardware), hardware->Gate(), kNames, kRows),
-        hardware_(hardware) {}
-
-  // --- IAMAnalogVideoDecoder ---
-  HRESULT STDMETHODCALLTYPE get_HorizontalLocked(LONG* locked) override {
-    return Answer("capture horizontal-locked", locked,
-                  [this] { return hardware_->HorizontalLocked() ? 1 : 0; });
-  }
-  HRESULT STDMETHODCALLTYPE get_TVFormat(LONG* standard) override {
-    return Answer("capture get-format", standard,
-                  [this] { return static_cast<LONG>(hardware_->VideoStandard()); });
-  }
-  HRESULT STDMETHODCALLTYPE put_TVFormat(LONG standard) override {
-    return Gate().Pass(
-        [=](TraceLine& line) {
-          line.Text("capture put-format ").Word(static_cast<ULONG>(standard));
-        },
-        [this, standard] {
-          hardware_->SetVideoStandard(static_cast<std::uint32_t>(standard));
-          return S_OK;
-        });
-  }
-  HRESULT STDMETHODCALLTYPE get_NumberOfLines(LONG* lines) override {
-    return Answer("capture number-of-lines", lines, [this] {
-      return static_cast<LONG>(DescribeStandard(hardware_->VideoStandard()).lines);
-    });
-  }
-  // What this driver leaves out.
-  HRESULT STDMETHODCALLTYPE get_AvailableTVFormats(LONG*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE put_VCRHorizontalLocking(LONG) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_VCRHorizontalLocking(LONG*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE put_OutputEnable(LONG) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE get_OutputEnable(LONG*) override { return E_NOTIMPL; }
+      : Base(hardware, Saa713xHardware::References(hardware), hardware->Gate(), kNames, kRows) {}
 
  private:
-  template <class Value>
-  HRESULT Answer(std::string_view request, LONG* place, Value value) {
-    return Gate().Pass([=](TraceLine& line) { line.Text(request); },
-                       [&] {
-                         if (!place) return E_POINTER;
-                         *place = value();
-                         return S_OK;
-                       },
-                       [&](TraceLine& line) { line.Answer().Number(*place); });
-  }
-
   HRESULT SetProperty(const PropertyRow& row, std::span<const BYTE> content) override {
     if (row.set == &kPropsetVampTune) return hardware_->NotifyTuning(ReadWord(content));
     if (row.set == &kPropsetVideoDecoder) {
@@ -137,8 +96,6 @@ class CaptureFilter final : public PropertyFilter<IAMAnalogVideoDecoder> {
         return hardware_->DriverWord(id);
     }
   }
-
-  const std::shared_ptr<Saa713xHardware> hardware_;
 };
 
 }  // namespace

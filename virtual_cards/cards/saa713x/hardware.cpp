@@ -6,7 +6,7 @@
 #include "virtual_cards/cards/saa713x/boards.h"
 #include "virtual_cards/cards/saa713x/fm_readings.h"
 #include "virtual_cards/cards/saa713x/property_sets.h"
-#include "virtual_cards/cards/saa713x/tuner_driver.h"
+#include "virtual_cards/cards/tuner_driver.h"
 #include "virtual_cards/chips/tuner_can.h"
 #include "virtual_cards/chips/tv_standard.h"
 
@@ -142,7 +142,7 @@ HRESULT Saa713xHardware::NotifyTuning(std::uint32_t phase) {
 HRESULT Saa713xHardware::TuneByDriver(std::uint32_t hertz, std::uint32_t country) {
   const double pictureKHz = hertz / 1000.0;
   if (silicon_) return DriveSiliconTuner(bus_, silicon_->Revision(), pictureKHz, country);
-  if (can_) return DriveCan(bus_, *can_, pictureKHz, country);
+  if (can_) return DriveCan({bus_, PllTuner::kAddress, *can_}, pictureKHz, country);
   return E_FAIL;
 }
 

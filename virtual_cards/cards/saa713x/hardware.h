@@ -48,7 +48,10 @@ class Saa713xHardware {
   // The standard that the decoder reports: a detected one, the one set last, or the first on the
   // air.
   std::uint32_t VideoStandard() const;
-  void SetVideoStandard(std::uint32_t standard) { setStandard_ = standard; }
+  HRESULT SetVideoStandard(std::uint32_t standard) {
+    setStandard_ = standard;
+    return S_OK;
+  }
   void SetDetectedStandard(std::uint32_t standard) { detectedStandard_ = standard; }
 
   // --- The driver ---

@@ -9,7 +9,7 @@
 #include "platform/com_object.h"
 #include "platform/com_ptr.h"
 
-namespace zelk::host {
+namespace zelk {
 
 template <class EnumInterface, class Item>
 class Enumerator : public ComObject<EnumInterface> {
@@ -53,4 +53,4 @@ class Enumerator : public ComObject<EnumInterface> {
   std::size_t position_;
 };
 
-}  // namespace zelk::host
+}  // namespace zelk
