@@ -80,10 +80,18 @@ class VampI2c final : public CardObject<IVampI2c> {
   HRESULT Transfer(Describe describe, HRESULT failure, const BYTE* buffer, ULONG count,
                    ULONG* status, Act act, Answer answer) {
     if (!status || (!buffer && count > 0)) return E_POINTER;
+    bool acknowledged = true;
     const HRESULT code = hardware_->Gate().PassTransfer(
-        describe, [&] { return act() ? S_OK : kNotAcknowledged; }, answer);
+        describe,
+        [&] {
+          acknowledged = act();
+          return acknowledged ? S_OK : kNotAcknowledged;
+        },
+        answer);
     *status = code == S_OK ? 0 : kVampBusFailed;
-    return code == kNotAcknowledged ? failure : code;
+    if (!acknowledged) return failure;
+    // A refusal that is no code is a failure by the status alone.
+    return FAILED(code) ? code : S_OK;
   }
 
   const SharedHardware hardware_;
