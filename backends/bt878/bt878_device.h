@@ -31,7 +31,6 @@ class Bt878Device final : public BtFamilyDevice {
   HRESULT TvPresence(const SignalPlaces& places) override;
 
   // Country and standard (tv_format.cpp).
-  bool IsMultiStandard(std::uint32_t country) const;
   HRESULT PushCountry(std::uint32_t country, HRESULT result);
   void Retune() { SetTVFreq(TvFrequency); }
   HRESULT SetMk3Country(std::uint32_t standard, std::uint32_t country);

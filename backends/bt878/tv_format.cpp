@@ -1,36 +1,16 @@
 // Choosing standard and country. The tuner drivers of these cards know one standard for each
 // country, so that in countries with several another country is named whose standard is the wanted
 // one.
-#include <algorithm>
-#include <iterator>
 #include <optional>
 
 #include "backends/bt878/bt878_device.h"
+#include "backends/tuner_modules/countries.h"
 #include "backends/tuner_modules/demodulator.h"
 
 namespace zelk {
 namespace {
 
 constexpr TunerSet kMk3Tuners = {14, 15, 20, 21};
-
-constexpr std::uint32_t kRussia = 7;
-constexpr std::uint32_t kFrance = 33;
-constexpr std::uint32_t kSpain = 34;  // PAL B
-constexpr std::uint32_t kChina = 86;  // PAL D
-
-// Countries with several standards: as they are named, and as the card has them stored already.
-constexpr std::uint32_t kMultiStandardCountries[] = {36, 359, 48, 420};
-constexpr std::uint32_t kStoredMultiStandardCountries[] = {4201, 370};
-
-template <std::size_t Count>
-bool Contains(const std::uint32_t (&countries)[Count], std::uint32_t country) {
-  return std::find(std::begin(countries), std::end(countries), country) != std::end(countries);
-}
-
-// The country whose standard it is.
-constexpr std::uint32_t SubstituteFor(std::uint32_t standard, std::uint32_t country) {
-  return standard == AnalogVideo_PAL_B ? kSpain : standard == AnalogVideo_PAL_D ? kChina : country;
-}
 
 // The last but one write of the TDA8290's restart.
 constexpr std::uint8_t kUsualSound = 0x01;
@@ -101,11 +81,6 @@ HRESULT Bt878Device::SetTVFormat(std::uint32_t standard, std::uint32_t country) 
   return result;
 }
 
-bool Bt878Device::IsMultiStandard(std::uint32_t country) const {
-  return Contains(kMultiStandardCountries, country) ||
-         Contains(kStoredMultiStandardCountries, CountryCode);
-}
-
 // Names the country to the tuner driver and tunes again. Answers the code of the query for the
 // driver's interface; `result` where there is no tuner filter to ask.
 HRESULT Bt878Device::PushCountry(std::uint32_t country, HRESULT result) {
@@ -119,8 +94,8 @@ HRESULT Bt878Device::PushCountry(std::uint32_t country, HRESULT result) {
 }
 
 HRESULT Bt878Device::SetMk3Country(std::uint32_t standard, std::uint32_t country) {
-  if (IsMultiStandard(country) || country == kFrance || country == kRussia) {
-    return PushCountry(SubstituteFor(standard, country), S_OK);
+  if (NeedsSubstitute(country, CountryCode)) {
+    return PushCountry(CountryWithStandard(standard, country), S_OK);
   }
   return country != CountryCode ? PushCountry(country, S_OK) : S_OK;
 }
@@ -134,7 +109,9 @@ HRESULT Bt878Device::SetSiliconFormat(std::uint32_t standard, std::uint32_t coun
     if (FAILED(result)) return result;
     result = RestartSilicon(kUsualSound);
   }
-  if (IsMultiStandard(country)) result = PushCountry(SubstituteFor(standard, country), result);
+  if (HasMixedStandards(country, CountryCode)) {
+    result = PushCountry(CountryWithStandard(standard, country), result);
+  }
   if (const SiliconCountryRow* const row = FindSiliconCountry(standard, country)) {
     result = PushCountry(row->pushed, result);
     if (row->standardBit != kNoWrite) {
