@@ -82,13 +82,13 @@ int ShowInfo(const Options& options) {
     for (const HWInfoRow& row : kHWInfoRows) record[row.key] = info.*row.field;
     PrintJson({{"command", "info"},
                {"card", session.CardDescription()},
-               {"friendly_name", session.FriendlyName()},
+               {"friendly_name", OrNull(session.FriendlyName())},
                {"decoder_chip", OrNull(decoder)},
                {"tuner", {{"type", tunerType}, {"name", tunerName}}},
                {"hw_info", record}});
     return kExitSuccess;
   }
-  Table table({{"Card"}, {session.FriendlyName()}});
+  Table table({{"Card"}, {session.FriendlyName().value_or(session.CardDescription())}});
   table.AddRow({"Decoder chip", decoder.value_or("-")});
   table.AddRow({"Tuner", tunerName + " (type " + std::to_string(tunerType) + ')'});
   for (const HWInfoRow& row : kHWInfoRows)

@@ -69,9 +69,15 @@ Session::Session(const Options& options) : cardDescription_(options.card) {
   if (options.trace) card_->AttachTrace(&trace_);
   capture_ = card_->CaptureFilter();
   tuner_ = card_->TunerFilter();
-  Check(
-      ZELK_HWInit(capture_.Get(), FriendlyName().c_str(), tuner_.Get(), options.easternFm ? 1 : 0),
-      "initialise the card \"" + FriendlyName() + '"');
+  const std::optional<std::string> name = FriendlyName();
+  Check(ZELK_HWInit(capture_.Get(), name ? name->c_str() : nullptr, tuner_.Get(),
+                    options.easternFm ? 1 : 0),
+        "initialise the card \"" + name.value_or(cardDescription_) + '"');
+}
+
+std::optional<std::string> Session::FriendlyName() const {
+  if (!capture_) return std::nullopt;
+  return card_->FriendlyName();
 }
 
 void Session::StartTv() {

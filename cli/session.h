@@ -43,7 +43,8 @@ class Session {
   const virtual_cards::Raster& Raster() const { return raster_; }
   const std::string& CardDescription() const { return cardDescription_; }
   const std::string& PlaceName() const { return placeName_; }
-  const std::string& FriendlyName() const { return card_->FriendlyName(); }
+  // The capture filter's; nothing for a card that an I/O library reaches without filters.
+  std::optional<std::string> FriendlyName() const;
   std::uint32_t VideoStandard() const { return standard_; }
   std::uint32_t CountryCode() const { return country_; }
 

@@ -35,6 +35,13 @@ std::uint64_t SleptMilliseconds();
 // none at all.
 void UseSettingsFolder(std::string folder);
 
+// What an installer leaves behind in a profile file. The value counts where the settings folder has
+// none of that file, section and key; of several the newest counts. Returns a token for
+// RemoveProfileValue.
+std::uint32_t AddProfileValue(std::string file, std::string section, std::string key,
+                              std::string value);
+void RemoveProfileValue(std::uint32_t token);
+
 // --- Programs ---
 
 // The commands given to WinExec since the last call, oldest first; the list is emptied.

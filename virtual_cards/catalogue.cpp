@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "virtual_cards/cards/bt_family/options.h"
 #include "virtual_cards/cards/ql2/options.h"
 #include "virtual_cards/cards/saa713x/options.h"
 #include "virtual_cards/cards/virtual_card.h"
@@ -55,6 +56,8 @@ void AddFamily(std::vector<Entry>& entries, const Kind (&kinds)[Count], Create c
 std::vector<Entry> Entries() {
   std::vector<Entry> entries;
   AddFamily(entries, kSaa713xKinds, CreateSaa713x);
+  AddFamily(entries, kBt878Kinds, CreateBt878);
+  AddFamily(entries, kCx2388xKinds, CreateCx2388x);
   AddFamily(entries, kQl2Kinds, CreateQl2);
   return entries;
 }

@@ -52,11 +52,17 @@ constexpr std::optional<std::uint32_t> CountryForSystem(std::uint32_t standard,
 
 // Countries whose transmitters use both PAL and SECAM, or PAL B/G beside D/K. A driver knows one
 // standard for each country, so that for these another country is named whose standard is wanted.
-inline constexpr std::uint32_t kMixedStandardCountries[] = {36, 359, 48, 420, 33, 7};
+inline constexpr std::uint32_t kMixedStandardCountries[] = {36, 359, 48, 420};
 // While one of these is in force the next country is substituted as well.
 inline constexpr std::uint32_t kMixedStandardPredecessors[] = {4201, 370};
+// Two more, with which the silicon tuners deal in a way of their own.
+inline constexpr std::uint32_t kFrance = 33;
+inline constexpr std::uint32_t kRussia = 7;
+// Those that are named in their place.
+inline constexpr std::uint32_t kSpain = 34;  // PAL B
+inline constexpr std::uint32_t kChina = 86;  // PAL D
 
-constexpr bool NeedsSubstitute(std::uint32_t country, std::uint32_t countryInForce) {
+constexpr bool HasMixedStandards(std::uint32_t country, std::uint32_t countryInForce) {
   const auto listed = [](const auto& countries, std::uint32_t wanted) {
     return std::find(std::begin(countries), std::end(countries), wanted) != std::end(countries);
   };
@@ -64,13 +70,17 @@ constexpr bool NeedsSubstitute(std::uint32_t country, std::uint32_t countryInFor
          listed(kMixedStandardPredecessors, countryInForce);
 }
 
-// The country to name in place of `country`: Spain for PAL B, China for PAL D.
+constexpr bool NeedsSubstitute(std::uint32_t country, std::uint32_t countryInForce) {
+  return HasMixedStandards(country, countryInForce) || country == kFrance || country == kRussia;
+}
+
+// The country to name in place of `country`.
 constexpr std::uint32_t CountryWithStandard(std::uint32_t standard, std::uint32_t country) {
   switch (standard) {
     case AnalogVideo_PAL_B:
-      return 34;
+      return kSpain;
     case AnalogVideo_PAL_D:
-      return 86;
+      return kChina;
     default:
       return country;
   }

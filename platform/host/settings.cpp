@@ -5,9 +5,11 @@
 #include <cstdlib>
 #include <fstream>
 #include <mutex>
+#include <utility>
 
 #include "platform/control.h"
 #include "platform/ignore_case.h"
+#include "platform/process/profile_values.h"
 
 namespace zelk::host {
 namespace {
@@ -102,7 +104,7 @@ std::optional<std::string> FindSetting(std::string_view fileName, std::string_vi
     value = Unquote(Trim(line.substr(equals + 1)));
     return true;
   });
-  return value;
+  return value ? value : FindAddedValue(fileName, section, key);
 }
 
 bool HasSettingsSection(std::string_view fileName, std::string_view section) {

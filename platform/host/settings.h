@@ -13,7 +13,7 @@ namespace zelk::host {
 std::string SettingsPath(std::string_view fileName);
 
 // The value of `key` in the first section of that name, blanks around it removed and then one pair
-// of quotes. Sections and keys compare without case.
+// of quotes; else what was added with AddProfileValue. Sections and keys compare without case.
 std::optional<std::string> FindSetting(std::string_view fileName, std::string_view section,
                                        std::string_view key);
 

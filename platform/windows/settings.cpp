@@ -4,11 +4,13 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/control.h"
 #include "platform/process/calls.h"
+#include "platform/process/profile_values.h"
 #include "platform/windows/imports.h"
 
 namespace zelk::host {
@@ -34,15 +36,28 @@ std::string& Folder() {
   return *folder;
 }
 
-// A plain name stands in the settings folder; Windows would look for it in its own.
-std::string PathOf(LPCSTR file) {
-  const bool plain = file && !Folder().empty() && std::strpbrk(file, "\\/:") == nullptr;
-  return plain ? Folder() + '\\' + file : std::string(file ? file : "");
+// A file's path: a plain name stands in the settings folder, Windows would look for it in its own.
+class PathOf {
+ public:
+  explicit PathOf(LPCSTR file) : file_(file) {
+    if (file && !Folder().empty() && std::strpbrk(file, "\\/:") == nullptr)
+      path_ = Folder() + '\\' + file;
+  }
+  LPCSTR Get() const { return path_.empty() ? file_ : path_.c_str(); }
+
+ private:
+  LPCSTR file_;
+  std::string path_;
+};
+
+std::optional<std::string> AddedValue(LPCSTR file, LPCSTR section, LPCSTR key) {
+  if (!file || !section || !key) return std::nullopt;
+  return FindAddedValue(file, section, key);
 }
 
-std::string Setting(LPCSTR file, LPCSTR section, LPCSTR key, LPCSTR fallback) {
+std::string Setting(LPCSTR file, LPCSTR section, LPCSTR key) {
   char value[64];
-  systemProfileString(section, key, fallback, value, sizeof value, PathOf(file).c_str());
+  systemProfileString(section, key, "", value, sizeof value, PathOf(file).Get());
   return value;
 }
 
@@ -76,13 +91,17 @@ void UseSettingsFolder(std::string folder) {
   Folder().assign(full, length < sizeof full ? length : 0);
 }
 
+// The fallback that takes effect: what the process added to the file goes before the caller's own.
 UINT WINAPI ProfileInt(LPCSTR section, LPCSTR key, INT fallback, LPCSTR file) {
-  return systemProfileInt(section, key, fallback, PathOf(file).c_str());
+  if (const auto added = AddedValue(file, section, key)) fallback = StrToIntA(added->c_str());
+  return systemProfileInt(section, key, fallback, PathOf(file).Get());
 }
 
 DWORD WINAPI ProfileString(LPCSTR section, LPCSTR key, LPCSTR fallback, LPSTR text, DWORD size,
                            LPCSTR file) {
-  return systemProfileString(section, key, fallback, text, size, PathOf(file).c_str());
+  const auto added = AddedValue(file, section, key);
+  return systemProfileString(section, key, added ? added->c_str() : fallback, text, size,
+                             PathOf(file).Get());
 }
 
 LSTATUS WINAPI OpenRegistryKey(HKEY key, LPCSTR subKey, DWORD options, REGSAM access,
@@ -93,7 +112,7 @@ LSTATUS WINAPI OpenRegistryKey(HKEY key, LPCSTR subKey, DWORD options, REGSAM ac
   }
   std::vector<char> section(kLongestSection);
   if (GetPrivateProfileSectionA((std::string(root) + subKey).c_str(), section.data(),
-                                kLongestSection, PathOf(kRegistryFile).c_str()) == 0) {
+                                kLongestSection, PathOf(kRegistryFile).Get()) == 0) {
     return ERROR_FILE_NOT_FOUND;
   }
   const std::string name = "Software\\ZElkAPI settings " + std::to_string(GetCurrentProcessId());
@@ -108,14 +127,14 @@ LSTATUS WINAPI OpenRegistryKey(HKEY key, LPCSTR subKey, DWORD options, REGSAM ac
 LCID WINAPI UserLocale() {
   if (Folder().empty()) return systemUserLocale();
   const auto locale = static_cast<LCID>(
-      std::strtoul(Setting(kLocaleFile, kLocaleSection, "lcid", "").c_str(), nullptr, 16));
+      std::strtoul(Setting(kLocaleFile, kLocaleSection, "lcid").c_str(), nullptr, 16));
   return locale != 0 ? locale : kEnglishUnitedStates;
 }
 
 int WINAPI LocaleInfo(LCID locale, LCTYPE type, LPSTR text, int size) {
   const std::string country = Folder().empty() || type != LOCALE_IDEFAULTCOUNTRY
                                   ? std::string()
-                                  : Setting(kLocaleFile, kLocaleSection, "country", "");
+                                  : Setting(kLocaleFile, kLocaleSection, "country");
   if (country.empty()) return systemLocaleInfo(locale, type, text, size);
   const int needed = static_cast<int>(country.size()) + 1;
   if (size == 0) return needed;

@@ -70,6 +70,24 @@ TEST_F(Settings, PlainNamesLieInTheSettingsFolderAlone) {
   EXPECT_EQ(Read("s", "k"), "absent");
 }
 
+TEST_F(Settings, InstalledValuesStandBehindTheUsersOwn) {
+  const std::uint32_t first = host::AddProfileValue("a.ini", "Info", "one", "1");
+  const std::uint32_t second = host::AddProfileValue("a.ini", "Info", "one", "2");
+  EXPECT_EQ(Read("info", "ONE"), "2");
+  EXPECT_EQ(Read("Info", "two"), "absent");
+  EXPECT_EQ(Read("Info", "one", "b.ini"), "absent");
+  folder_.Write("a.ini", "[Info]\none=own\n");
+  EXPECT_EQ(Read("Info", "one"), "own");
+  folder_.Write("a.ini", "[Info]\nthree=3\n");
+  EXPECT_EQ(Read("Info", "one"), "2");
+  host::RemoveProfileValue(second);
+  EXPECT_EQ(Read("Info", "one"), "1");
+  host::UseSettingsFolder("");
+  EXPECT_EQ(GetPrivateProfileIntA("Info", "one", 7, "a.ini"), 1U);
+  host::RemoveProfileValue(first);
+  EXPECT_EQ(GetPrivateProfileIntA("Info", "one", 7, "a.ini"), 7U);
+}
+
 TEST_F(Settings, RegistryValuesNeedRoomForTheirTerminator) {
   HKEY key = nullptr;
   const auto open = [&](const char* path) {

@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "tests/support/card_test.h"
+#include "tests/support/common_modules.h"
 
 namespace zelk::test {
 namespace {
@@ -22,34 +23,8 @@ class Pll : public CardTest {
   }
 };
 
-struct Module {
-  std::vector<std::uint32_t> types;
-  std::uint32_t midFrom, highFrom;  // kHz
-  const char* dividerAtMid;         // at midFrom
-  const char* dividerAtHigh;        // at highFrom
-  const char *low, *mid, *high;     // control and band byte
-};
-
-const Module kModules[] = {
-    {{0, 1, 6, 7, 8, 9, 26, 28, 33, 34},
-     170000,
-     450000,
-     "0D 0E",
-     "1E 8E",
-     "CE A0",
-     "CE 90",
-     "CE 30"},
-    {{2, 3}, 170000, 450000, "0D 0E", "1E 8E", "8E A1", "8E 91", "8E 31"},
-    {{4, 5, 31, 32}, 160000, 454000, "0C DC", "1F 3C", "8E A0", "8E 90", "8E 30"},
-    {{10, 11}, 160000, 454000, "0D AC", "20 0C", "8E A0", "8E 90", "8E 30"},
-    {{12, 13}, 160000, 442000, "0C DC", "1E 7C", "86 41", "86 42", "86 44"},
-    {{14, 15}, 158000, 442000, "0C 4E", "1E 0E", "86 21", "86 22", "86 24"},
-    {{16, 17}, 160000, 442000, "0D AC", "1F 4C", "86 41", "86 42", "86 44"},
+const TunerModule kModules[] = {
     {{18, 19}, 158000, 442000, "0C 4E", "1E 0E", "86 41", "86 42", "86 44"},
-    {{20, 21}, 158000, 422000, "0C 4E", "1C CE", "CE 01", "CE 02", "CE 04"},
-    {{24}, 170000, 468000, "0D 7C", "20 1C", "CE 01", "CE 02", "CE 08"},
-    {{25, 27}, 170000, 450000, "0D 0E", "1E 8E", "CE 01", "CE 02", "CE 08"},
-    {{29, 30}, 170000, 450000, "0D 7E", "1E FE", "8E 01", "8E 02", "8E 08"},
     {{35}, 133250, 367250, "0B 30", "19 D0", "CE 01", "CE 02", "CE 08"},
     {{36}, 171250, 409250, "0E 60", "1D 40", "CE 01", "CE 02", "CE 08"},
     {{37}, 170000, 468000, "0E 4C", "20 EC", "CE 01", "CE 02", "CE 08"},
@@ -60,8 +35,14 @@ const Module kModules[] = {
     {{48}, 165250, 373250, "0E 00", "1B 00", "CE 01", "CE 02", "CE 08"},
 };
 
+std::vector<TunerModule> AllModules() {
+  std::vector<TunerModule> modules(std::begin(kCommonModules), std::end(kCommonModules));
+  modules.insert(modules.end(), std::begin(kModules), std::end(kModules));
+  return modules;
+}
+
 TEST_F(Pll, EveryModuleAroundItsBandLimits) {
-  for (const Module& module : kModules) {
+  for (const TunerModule& module : AllModules()) {
     for (const std::uint32_t type : module.types) {
       PlugTv(type);
       const auto word = [&](const char* divider, const char* control) {

@@ -2,7 +2,9 @@
 #include <filesystem>
 #include <fstream>
 
+#include "bt_client.h"
 #include "plugged_card.h"
+#include "virtual_cards/cards/ql2_card.h"
 
 namespace zelk::virtual_cards {
 namespace {
@@ -19,9 +21,10 @@ ULONG BoardConfigOf(std::string_view description) {
 TEST(CreateCard, Kinds) {
   for (const CardKind& kind : CardKinds()) {
     const auto card = CreateCard(kind.name, {});
-    EXPECT_TRUE(card->CaptureFilter());
-    EXPECT_FALSE(card->FriendlyName().empty());
     EXPECT_FALSE(kind.description.empty());
+    const bool filters = !kind.name.ends_with("-io");
+    EXPECT_EQ(static_cast<bool>(card->CaptureFilter()), filters) << kind.name;
+    EXPECT_EQ(card->FriendlyName().empty(), !filters) << kind.name;
     if (!kind.name.starts_with("saa")) continue;
     ULONG chip = 0;
     Interfaces(*card).device->GetChipId(&chip);
@@ -29,6 +32,32 @@ TEST(CreateCard, Kinds) {
     EXPECT_THAT(card->FriendlyName(), HasSubstr(kind.name.substr(3)));
     EXPECT_TRUE(card->TunerFilter());
   }
+}
+
+// What of the options of Bt878 and CX2388x cards can be seen from outside.
+TEST(CreateCard, OptionsOfBtCards) {
+  const auto eepromByte = [](const std::string& description) {
+    const auto card = CreateCard(description, {});
+    const BtClient on(*card);
+    Block block = Block(32).Byte(24, 6);
+    on.Set(104, block);
+    return on.Get(105, block) == S_OK ? block.ByteAt(24) : -1;
+  };
+  EXPECT_EQ(eepromByte("cx2388x,tuner=14"), 0x0A);
+  EXPECT_EQ(eepromByte("cx2388x,eeprom=blank"), 0xFF);
+  EXPECT_EQ(eepromByte("cx2388x,eeprom=none"), -1);
+  EXPECT_EQ(eepromByte("cx2388x,eeprom=dying"), 1);
+  EXPECT_TRUE(CreateCard("bt878", {})->TunerFilter());
+  EXPECT_FALSE(CreateCard("bt878,tunerfilter=0", {})->TunerFilter());
+  EXPECT_FALSE(CreateCard("cx2388x", {})->TunerFilter());
+  EXPECT_TRUE(CreateCard("cx2388x,tunerfilter=1", {})->TunerFilter());
+  EXPECT_FALSE(CreateCard("bt878-io,tunerfilter=1", {})->TunerFilter());
+  const auto card = CreateCard("cx2388x,key=0x8F", {});
+  const BtClient on(*card);
+  on.Set(6, Block(40).Word(24, 0x30000001).Word(28, 0x350018));
+  Block gpio = Block(40).Word(24, 0x30000003).Word(28, 0x350018);
+  EXPECT_EQ(on.Get(6, gpio), S_OK);
+  EXPECT_EQ(gpio.WordAt(32), 0x1Fu);
 }
 
 TEST(CreateCard, BoardAndTunerGoTogether) {
@@ -74,6 +103,23 @@ TEST(CreateCard, OtherOptions) {
   std::filesystem::remove(file);
 }
 
+TEST(CreateCard, Ql2Options) {
+  constexpr GUID kBoardSet = {
+      0x2D255A72, 0x849D, 0x4185, {0xA3, 0x9B, 0xA4, 0xF9, 0xF4, 0x50, 0x0C, 0xB9}};
+  const auto knowsTuner = [&](VirtualCard& card) {
+    ComPtr<IKsPropertySet> capture;
+    Query(card.CaptureFilter().Get(), capture);
+    DWORD support = 0;
+    return capture->QuerySupported(kBoardSet, 112, &support) == S_OK;
+  };
+  EXPECT_EQ(CreateCard("ql2,name=Mine", {})->FriendlyName(), "Mine");
+  EXPECT_TRUE(knowsTuner(*CreateCard("ql2,pin=videoinfo2", {})));
+  EXPECT_FALSE(knowsTuner(*CreateCard("ql2,tuner=0x11,tunerinfo=0", {})));
+  // The module's home standard gives the picture's size.
+  const auto card = CreateCard("ql2,tuner=0x11", {});
+  EXPECT_EQ(dynamic_cast<Ql2Card&>(*card).Picture(), (PictureSize{720, 480}));
+}
+
 TEST(CreateCard, MistakesAreNamed) {
   struct Case {
     const char* description;
@@ -96,6 +142,15 @@ TEST(CreateCard, MistakesAreNamed) {
            Case{"saa7134,remote=radio", "remote=radio"},
            Case{"saa7134,key=2", "key=2"},
            Case{"saa7134,key=2:256", "key=2:256"},
+           Case{"ql2,tuner=256", "tuner=256"},
+           Case{"ql2,pin=videoinfo3", "pin=videoinfo3"},
+           Case{"ql2,board=1", "board"},
+           Case{"bt878,tuner=2", "tuner type 2"},
+           Case{"bt878,board=2", "board"},
+           Case{"bt878-io,eeprom=good", "eeprom=good"},
+           Case{"cx2388x,tuner=40", "tuner type 40"},
+           Case{"cx2388x,tuner=x", "tuner=x"},
+           Case{"cx2388x-io,key=2:3", "key=2:3"},
        }) {
     try {
       CreateCard(one.description, {});

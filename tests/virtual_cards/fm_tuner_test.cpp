@@ -308,6 +308,7 @@ TEST_F(FmDemodulatorTest, ReadingsNeedTheirTime) {
   for (const std::uint8_t chip : {std::uint8_t{0xC2}, std::uint8_t{0x86}}) {
     EXPECT_EQ(Read(0x86), 0xA0);
     if (chip == 0xC2) {
+      Write(chip, {0x08, 0x60});
       Write(chip, {0x08, 0x7E});
     } else {
       Write(chip, {0x00, 0x4E});
@@ -318,6 +319,13 @@ TEST_F(FmDemodulatorTest, ReadingsNeedTheirTime) {
     Sleep(1);
     EXPECT_EQ(Read(0xC2) & 7, 4);
   }
+  // A loop that moves a little stays in lock.
+  Write(0xC2, {0x08, 0x7D});
+  Write(0xC2, {0x08, 0x7E});
+  Sleep(9);
+  EXPECT_EQ(Read(0x86), kNothingFound);
+  Sleep(1);
+  EXPECT_EQ(Read(0x86), 0xA0);
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ constexpr double kTunedKHz = 175250;
 TEST_F(Ql2CardTest, EveryBoardReceivesItsBand) {
   struct Case {
     std::vector<std::uint32_t> codes;
-    double lowKHz, highKHz;
+    unsigned lowKHz, highKHz;
     std::uint32_t standard;
     LONG country;
   };
@@ -23,7 +23,7 @@ TEST_F(Ql2CardTest, EveryBoardReceivesItsBand) {
   for (const Case& one : cases) {
     for (const std::uint32_t code : one.codes) {
       Air air;
-      for (double kHz = one.lowKHz; kHz <= one.highKHz; kHz += 8000)
+      for (unsigned kHz = one.lowKHz; kHz <= one.highKHz; kHz += 8000)
         air.tv.push_back(AirWith(kHz, one.standard).tv[0]);
       Plug({.tunerCode = code}, air);
       Ql2Interfaces on(*card_);

@@ -1,6 +1,7 @@
 #include "virtual_cards/cards/media_type.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 namespace zelk::virtual_cards {

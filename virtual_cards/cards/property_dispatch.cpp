@@ -15,6 +15,9 @@ void DescribeWords(TraceLine& line, std::span<const BYTE> content) { line.Words(
 HRESULT PropertyDispatch::Set(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes,
                               LPVOID content, DWORD contentBytes) {
   const Request request{set, id, instance, instanceBytes, content, contentBytes};
+  if (const PropertyRow* row = CommandRow(request, KSPROPERTY_SUPPORT_SET)) {
+    return handler_.SetCommand(*row, {static_cast<BYTE*>(content), row->bytes});
+  }
   return gate_.Pass(
       [&](TraceLine& line) {
         Describe(line, " set ", set, id);
@@ -31,6 +34,13 @@ HRESULT PropertyDispatch::Set(REFGUID set, DWORD id, LPVOID instance, DWORD inst
 HRESULT PropertyDispatch::Get(REFGUID set, DWORD id, LPVOID instance, DWORD instanceBytes,
                               LPVOID content, DWORD contentBytes, DWORD* returned) {
   const Request request{set, id, instance, instanceBytes, content, contentBytes};
+  const PropertyRow* command = CommandRow(request, KSPROPERTY_SUPPORT_GET);
+  if (command && returned) {
+    const HRESULT code =
+        handler_.GetCommand(*command, {static_cast<BYTE*>(content), command->bytes});
+    if (SUCCEEDED(code)) *returned = command->bytes;
+    return code;
+  }
   return gate_.Pass([&](TraceLine& line) { Describe(line, " get ", set, id); },
                     [&] {
                       HRESULT code = S_OK;
@@ -83,6 +93,12 @@ const PropertyRow* PropertyDispatch::Check(const Request& request, DWORD access,
   return code == S_OK ? row : nullptr;
 }
 
+const PropertyRow* PropertyDispatch::CommandRow(const Request& request, DWORD access) const {
+  HRESULT code = S_OK;
+  const PropertyRow* row = Check(request, access, code);
+  return row && !row->describe ? row : nullptr;
+}
+
 void PropertyDispatch::Describe(TraceLine& line, std::string_view verb, REFGUID set,
                                 DWORD id) const {
   line.Text(filter_).Text(verb);
@@ -112,7 +128,7 @@ void PropertyDispatch::DescribeContent(TraceLine& line, const Request& request) 
                                       request.contentBytes);
   HRESULT code = S_OK;
   const PropertyRow* row = FindRow(request.set, request.id, code);
-  if (row && row->bytes == content.size()) {
+  if (row && row->describe && row->bytes == content.size()) {
     row->describe(line, content);
   } else {
     line.Words(content);

@@ -16,7 +16,8 @@ struct PropertyRow {
   DWORD id;
   DWORD bytes;    // the only length of content that the driver takes
   DWORD support;  // KSPROPERTY_SUPPORT_GET | KSPROPERTY_SUPPORT_SET
-  // Writes the request's content (`bytes` long) into the trace.
+  // Writes the request's content (`bytes` long) into the trace. Null for a property that carries
+  // commands: its handler words each of them itself.
   void (*describe)(TraceLine& line, std::span<const BYTE> content);
   // Another length of instance data that the driver takes: the content without its header.
   DWORD shortInstance = 0;
@@ -31,6 +32,10 @@ class PropertyHandler {
  public:
   virtual HRESULT SetProperty(const PropertyRow& row, std::span<const BYTE> content) = 0;
   virtual HRESULT GetProperty(const PropertyRow& row, std::span<BYTE> content) = 0;
+  // The same for a property that carries commands: the handler passes the card's gate with each.
+  // Drivers use the caller's buffer for their answer to a Set, too.
+  virtual HRESULT SetCommand(const PropertyRow&, std::span<BYTE>) { return E_UNEXPECTED; }
+  virtual HRESULT GetCommand(const PropertyRow&, std::span<BYTE>) { return E_UNEXPECTED; }
 
  protected:
   ~PropertyHandler() = default;
@@ -64,6 +69,8 @@ class PropertyDispatch {
   // The row, or null with the reason in `code`.
   const PropertyRow* FindRow(REFGUID set, DWORD id, HRESULT& code) const;
   const PropertyRow* Check(const Request& request, DWORD access, HRESULT& code) const;
+  // The row of a valid request for a property that carries commands, null for all others.
+  const PropertyRow* CommandRow(const Request& request, DWORD access) const;
   void Describe(TraceLine& line, std::string_view verb, REFGUID set, DWORD id) const;
   void DescribeContent(TraceLine& line, const Request& request) const;
 

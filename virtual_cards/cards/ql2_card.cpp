@@ -14,7 +14,7 @@ namespace {
 
 class PluggedQl2 final : public PluggedCard<Ql2Card, Ql2Hardware> {
  public:
-  PluggedQl2(const Ql2Options& options, std::shared_ptr<Ql2Hardware> hardware)
+  PluggedQl2(const Ql2Options& options, const std::shared_ptr<Ql2Hardware>& hardware)
       : PluggedCard(options.friendlyName, hardware, MakeQl2CaptureFilter(hardware),
                     MakeQl2TunerFilter(hardware)),
         encoder_(MakeQl2EncoderFilter(hardware)),

@@ -23,4 +23,21 @@ DeviceRegistration::DeviceRegistration(REFCLSID category, std::wstring friendlyN
 
 DeviceRegistration::~DeviceRegistration() { host::RemoveDevice(token_); }
 
+ModuleRegistration::ModuleRegistration(std::string fileName,
+                                       const std::vector<ModuleEntryPoint>& entries)
+    : fileName_(std::move(fileName)) {
+  std::vector<host::ModuleEntry> table;
+  for (const ModuleEntryPoint& entry : entries) table.push_back({entry.name, entry.address});
+  host::RegisterModule(fileName_, table);
+}
+
+ModuleRegistration::~ModuleRegistration() { host::UnregisterModule(fileName_); }
+
+ProfileRegistration::ProfileRegistration(std::string file, std::string section, std::string key,
+                                         std::string value)
+    : token_(host::AddProfileValue(std::move(file), std::move(section), std::move(key),
+                                   std::move(value))) {}
+
+ProfileRegistration::~ProfileRegistration() { host::RemoveProfileValue(token_); }
+
 }  // namespace zelk::virtual_cards

@@ -3,8 +3,10 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "platform/com.h"
+#include "platform/win32.h"
 
 namespace zelk::virtual_cards {
 
@@ -27,6 +29,36 @@ class DeviceRegistration {
   ~DeviceRegistration();
   DeviceRegistration(const DeviceRegistration&) = delete;
   DeviceRegistration& operator=(const DeviceRegistration&) = delete;
+
+ private:
+  std::uint32_t token_;
+};
+
+struct ModuleEntryPoint {
+  const char* name;
+  FARPROC address;
+};
+
+// A library that LoadLibraryA finds under a plain file name.
+class ModuleRegistration {
+ public:
+  ModuleRegistration(std::string fileName, const std::vector<ModuleEntryPoint>& entries);
+  ~ModuleRegistration();
+  ModuleRegistration(const ModuleRegistration&) = delete;
+  ModuleRegistration& operator=(const ModuleRegistration&) = delete;
+
+ private:
+  std::string fileName_;
+};
+
+// A value that an installer has left in a profile file of a plain name. What the user's own file
+// says goes before it.
+class ProfileRegistration {
+ public:
+  ProfileRegistration(std::string file, std::string section, std::string key, std::string value);
+  ~ProfileRegistration();
+  ProfileRegistration(const ProfileRegistration&) = delete;
+  ProfileRegistration& operator=(const ProfileRegistration&) = delete;
 
  private:
   std::uint32_t token_;

@@ -14,6 +14,10 @@
 
 namespace zelk::virtual_cards {
 
+// What a transfer answers that nobody acknowledged. As a code of its own it tells the bus's own
+// failures from those that somebody ordered.
+inline constexpr HRESULT kNotAcknowledged = S_FALSE;
+
 class RequestGate {
  public:
   // Null detaches.
@@ -50,6 +54,22 @@ class RequestGate {
   template <class Describe, class Act>
   HRESULT Pass(Describe describe, Act act) {
     return Pass(describe, act, [](TraceLine&) {});
+  }
+
+  // A transfer on a bus: `act` answers S_OK or kNotAcknowledged, or a failure of another kind. So
+  // does this; a refusal with a code that is none is the bus's own failure.
+  template <class Describe, class Act, class Answer>
+  HRESULT PassTransfer(Describe describe, Act act, Answer answer) {
+    const HRESULT code = PassAny(describe, act, [&](TraceLine& line, HRESULT result) {
+      if (result == S_OK) {
+        answer(line);
+      } else if (FAILED(result)) {
+        line.Answer().Word(static_cast<std::uint32_t>(result));
+      } else {
+        line.Answer().Text("nak");
+      }
+    });
+    return code == S_OK || FAILED(code) ? code : kNotAcknowledged;
   }
 
   // A request that is one fixed text.

@@ -26,15 +26,6 @@ constexpr double kHighestLPrimeKHz = 66000;
 // VHF channels are 7 MHz wide in B, UHF channels 8 MHz in G.
 constexpr double kHighestBKHz = 300000;
 
-const DemodulatorSystem& SystemOf(std::uint32_t country, double pictureKHz) {
-  for (const CountrySystem& row : kCountrySystems) {
-    if (row.country != country) continue;
-    if (&row.system == &kSystemL && pictureKHz < kHighestLPrimeKHz) return kSystemLPrime;
-    return row.system;
-  }
-  return pictureKHz < kHighestBKHz ? kSystemB : kSystemGH;
-}
-
 template <std::size_t count>
 bool Send(const I2cBus& bus, std::uint8_t address, const std::uint8_t (&bytes)[count]) {
   return bus.Write(address, bytes);
@@ -105,17 +96,6 @@ unsigned SoundCode(const DemodulatorSystem& system) {
   return fiveAndHalf ? 1 : 3;  // else 6.5 MHz
 }
 
-HRESULT SetUpDemodulator(const I2cBus& bus, const DemodulatorSystem& system, double ifKHz) {
-  const unsigned b = kPictureB | (system.positive ? 0U : kNegativeB) |
-                     (&system == &kSystemLPrime ? kLowerEndB : 0U);
-  unsigned ifCode = 0;
-  for (const IfCode& row : kIfCodes) {
-    if (row.ifKHz == ifKHz) ifCode = row.code;
-  }
-  const unsigned e = kPictureE | ifCode << 2 | SoundCode(system);
-  return Send(bus, IfDemodulator::kAddress, {0x00, Low(b), kTakeOver, Low(e)}) ? S_OK : E_FAIL;
-}
-
 // Status bytes as these chips show them.
 constexpr std::uint8_t kPllInLock = 0x40;
 constexpr std::uint8_t kDemodulatorCarrier = 0x80;
@@ -147,6 +127,26 @@ TunerReading ReadingOfDemodulator(std::uint8_t status) {
 
 }  // namespace
 
+const DemodulatorSystem& SystemOf(std::uint32_t country, double pictureKHz) {
+  for (const CountrySystem& row : kCountrySystems) {
+    if (row.country != country) continue;
+    if (&row.system == &kSystemL && pictureKHz < kHighestLPrimeKHz) return kSystemLPrime;
+    return row.system;
+  }
+  return pictureKHz < kHighestBKHz ? kSystemB : kSystemGH;
+}
+
+HRESULT SetUpDemodulator(const I2cBus& bus, const DemodulatorSystem& system, double ifKHz) {
+  const unsigned b = kPictureB | (system.positive ? 0U : kNegativeB) |
+                     (&system == &kSystemLPrime ? kLowerEndB : 0U);
+  unsigned ifCode = 0;
+  for (const IfCode& row : kIfCodes) {
+    if (row.ifKHz == ifKHz) ifCode = row.code;
+  }
+  const unsigned e = kPictureE | ifCode << 2 | SoundCode(system);
+  return Send(bus, IfDemodulator::kAddress, {0x00, Low(b), kTakeOver, Low(e)}) ? S_OK : E_FAIL;
+}
+
 HRESULT DriveCan(const CanOnBoard& can, double pictureKHz, std::uint32_t country) {
   for (const TunerBand& band : can.model.bands) {
     if (!band.Covers(pictureKHz)) continue;
@@ -172,15 +172,19 @@ HRESULT DriveWholeCan(const CanOnBoard& can, double pictureKHz, std::uint32_t co
 }
 
 HRESULT DriveFmSection(const CanOnBoard& can, const FmSection& fm, double kHz) {
+  return DriveFmSection(can, fm, kHz, fm.bandBytes[0]);
+}
+
+HRESULT DriveFmSection(const CanOnBoard& can, const FmSection& fm, double kHz,
+                       std::uint8_t bandByte) {
   // Steps of 50 kHz.
   constexpr std::uint8_t kControl = 0x88;
   constexpr double kStepKHz = 50;
 
   if (!FmSection::Covers(kHz)) return E_INVALIDARG;
   const auto divider = static_cast<unsigned>(std::lround((kHz + fm.ifKHz) / kStepKHz));
-  return Send(can.bus, can.address, {High(divider), Low(divider), kControl, fm.bandBytes[0]})
-             ? S_OK
-             : E_FAIL;
+  return Send(can.bus, can.address, {High(divider), Low(divider), kControl, bandByte}) ? S_OK
+                                                                                       : E_FAIL;
 }
 
 HRESULT SetUpRadio(const I2cBus& bus) {
@@ -194,6 +198,13 @@ TunerReading ReadCan(const CanOnBoard& can) {
   std::uint8_t demodulator = 0;
   if (!can.bus.Read(IfDemodulator::kAddress, {&demodulator, 1})) return {.inLock = true};
   return ReadingOfDemodulator(demodulator);
+}
+
+void StartSiliconDemodulator(const I2cBus& bus) {
+  Send(bus, SiliconDemodulator::kAddress, {0x07, 0x00});  // video output on
+  Send(bus, SiliconDemodulator::kAddress, {0x30, 0x2F});  // PLL bandwidth
+  Send(bus, SiliconDemodulator::kAddress, {0x20, 0x0B});  // sync
+  Send(bus, SiliconDemodulator::kAddress, {0x01, kSystemB.code});
 }
 
 HRESULT DriveSiliconTuner(const I2cBus& bus, SiliconRevision revision, double pictureKHz,

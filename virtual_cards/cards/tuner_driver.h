@@ -6,10 +6,14 @@
 #include "platform/com.h"
 #include "virtual_cards/chips/fm_section.h"
 #include "virtual_cards/chips/i2c_bus.h"
+#include "virtual_cards/chips/silicon_demodulator.h"
 #include "virtual_cards/chips/silicon_tuner.h"
 #include "virtual_cards/chips/tuner_models.h"
 
 namespace zelk::virtual_cards {
+
+// The transmission system of a country, a dialling code, at a picture carrier.
+const DemodulatorSystem& SystemOf(std::uint32_t country, double pictureKHz);
 
 // A PLL module on its board; `address` is the PLL's.
 struct CanOnBoard {
@@ -27,8 +31,15 @@ HRESULT DriveCan(const CanOnBoard& can, double pictureKHz, std::uint32_t country
 // module's own range goes to its nearest band; its PLL then does not lock.
 HRESULT DriveWholeCan(const CanOnBoard& can, double pictureKHz, std::uint32_t country);
 HRESULT DriveFmSection(const CanOnBoard& can, const FmSection& fm, double kHz);
+// The same with one of the section's settings of the band switches.
+HRESULT DriveFmSection(const CanOnBoard& can, const FmSection& fm, double kHz,
+                       std::uint8_t bandByte);
+// Sets up the IF demodulator for a module's picture IF.
+HRESULT SetUpDemodulator(const I2cBus& bus, const DemodulatorSystem& system, double ifKHz);
 // Switches the IF demodulator to FM radio, in stereo.
 HRESULT SetUpRadio(const I2cBus& bus);
+// What a TDA8290 needs once after power-on before it receives TV.
+void StartSiliconDemodulator(const I2cBus& bus);
 HRESULT DriveSiliconTuner(const I2cBus& bus, SiliconRevision revision, double pictureKHz,
                           std::uint32_t country);
 

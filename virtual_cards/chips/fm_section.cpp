@@ -45,6 +45,10 @@ constexpr FmSection kSections[] = {
      FmDemodulation::kInModule},
 };
 
+// The American make of these modules has the FM section of most.
+constexpr std::uint64_t kAmericanTypes = TunerTypes({44, 45});
+constexpr std::uint32_t kClassicType = 1;
+
 // Status byte.
 constexpr std::uint8_t kStereoIndicator = 0x10;
 
@@ -78,6 +82,12 @@ bool FmSection::SelectedBy(std::uint8_t bandByte) const {
          std::find(bandBytes.begin(), bandBytes.end(), bandByte) != bandBytes.end();
 }
 
+std::uint8_t FmSection::AfcBandByte() const {
+  const auto found = std::find_if(bandBytes.begin(), bandBytes.end(),
+                                  [this](std::uint8_t byte) { return (byte & afcBits) != 0; });
+  return found == bandBytes.end() ? bandBytes[0] : *found;
+}
+
 std::uint8_t FmSection::StatusBits(std::uint8_t bandByte, const FmReception& reception) const {
   const FmStation* station = reception.Centred();
   const bool pilot = station && station->stereo;
@@ -90,7 +100,10 @@ std::uint8_t FmSection::StatusBits(std::uint8_t bandByte, const FmReception& rec
   return pilot == (converter == FmConverter::kLiftedByPilot) ? kHighest : kMiddle;
 }
 
-const FmSection* FindFmSection(std::uint32_t tunerType) {
+const FmSection* FindFmSection(std::uint32_t tunerType, ModuleMake make) {
+  if (make == ModuleMake::kAmerican && HoldsTunerType(kAmericanTypes, tunerType)) {
+    return FindFmSection(kClassicType);
+  }
   for (const FmSection& section : kSections) {
     if (HoldsTunerType(section.types, tunerType)) return &section;
   }

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "virtual_cards/chips/reception.h"
+#include "virtual_cards/chips/tuner_models.h"
 
 namespace zelk::virtual_cards {
 
@@ -42,6 +43,8 @@ struct FmSection {
 
   bool ByChip() const { return demodulation != FmDemodulation::kInModule; }
   bool SelectedBy(std::uint8_t bandByte) const;
+  // A setting that selects it, if possible one that puts the AFC voltage on the converter.
+  std::uint8_t AfcBandByte() const;
   // The input is wide open from the lower end of the eastern FM band to the upper end of the
   // western one.
   static constexpr bool Covers(double kHz) { return 62000 <= kHz && kHz <= 108500; }
@@ -51,6 +54,6 @@ struct FmSection {
 };
 
 // Null for a module without an FM section.
-const FmSection* FindFmSection(std::uint32_t tunerType);
+const FmSection* FindFmSection(std::uint32_t tunerType, ModuleMake make = ModuleMake::kUsual);
 
 }  // namespace zelk::virtual_cards

@@ -18,13 +18,18 @@ I2cDevice* I2cBus::Attach(std::uint8_t address, I2cDevice* device) {
   return nullptr;
 }
 
-bool I2cBus::Write(std::uint8_t address, std::span<const std::uint8_t> bytes) const {
+I2cDevice* I2cBus::Address(std::uint8_t address, I2cDirection direction) const {
   I2cDevice* device = Find(address);
+  return device && device->Acknowledges(direction) ? device : nullptr;
+}
+
+bool I2cBus::Write(std::uint8_t address, std::span<const std::uint8_t> bytes) const {
+  I2cDevice* device = Address(address, I2cDirection::kWrite);
   return device && device->Write(bytes);
 }
 
 bool I2cBus::Read(std::uint8_t address, std::span<std::uint8_t> bytes) const {
-  I2cDevice* device = Find(address);
+  I2cDevice* device = Address(address, I2cDirection::kRead);
   return device && device->Read(bytes);
 }
 

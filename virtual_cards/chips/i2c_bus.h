@@ -8,11 +8,16 @@
 
 namespace zelk::virtual_cards {
 
+enum class I2cDirection { kWrite, kRead };
+
 // A chip as the bus sees it. A transfer that the chip does not acknowledge answers false and
-// changes nothing. A read at a subaddress is a write of that byte followed by a read.
+// changes nothing. A read at a subaddress is a write of that byte followed by a read. A master that
+// drives the bus step by step writes in one piece but reads byte by byte.
 class I2cDevice {
  public:
   virtual ~I2cDevice() = default;
+  // Whether the chip acknowledges its address. The bus asks once for each transfer, ahead of it.
+  virtual bool Acknowledges(I2cDirection) { return true; }
   virtual bool Write(std::span<const std::uint8_t> bytes) = 0;
   virtual bool Read(std::span<std::uint8_t> bytes) = 0;
 };
@@ -23,6 +28,8 @@ class I2cBus {
   // returned (null for none). The bus does not own its chips.
   I2cDevice* Attach(std::uint8_t address, I2cDevice* device);
 
+  // Puts an address on the bus: the chip that acknowledges it, null for none.
+  I2cDevice* Address(std::uint8_t address, I2cDirection direction) const;
   bool Write(std::uint8_t address, std::span<const std::uint8_t> bytes) const;
   bool Read(std::uint8_t address, std::span<std::uint8_t> bytes) const;
   bool ReadAt(std::uint8_t address, std::uint8_t subaddress, std::span<std::uint8_t> bytes) const;

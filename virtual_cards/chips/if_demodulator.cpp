@@ -96,7 +96,7 @@ Reception IfDemodulator::Detect() const {
 FmReception IfDemodulator::DetectFm() const {
   const FmSection* fm = tuner_.SelectedFm();
   if (!fm || !fm->ByChip() || !SetUp() || Modulation() != Mode::kFmRadio) return {};
-  if (!Settled(kAfcSettleMs) || !tuner_.Settled(kAfcSettleMs)) return {};
+  if (!Settled(kAfcSettleMs) || !tuner_.FmSettled()) return {};
   const bool ownInput = fm->demodulation == FmDemodulation::kChipRadioInput;
   return tuner_.ReceiveFm(ownInput ? kRadioIfKHz : RadioIfKHz());
 }

@@ -9,7 +9,7 @@ namespace {
 
 struct ParameterRow {
   std::uint32_t number;
-  std::size_t words;
+  std::uint32_t words;
   std::array<std::uint32_t, 3> atPowerOn;
   std::uint32_t lowest, highest;  // of the first word
 };

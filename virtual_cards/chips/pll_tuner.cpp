@@ -43,6 +43,8 @@ constexpr double StepKHz(std::uint8_t control) {
 
 bool PllTuner::Write(std::span<const std::uint8_t> bytes) {
   if (!powered_) return false;
+  const bool wasInFm = SelectedFm() != nullptr;
+  const double oscillatorKHz = OscillatorKHz();
   while (bytes.size() >= 2) {
     const bool controlPair = (bytes[0] & kControlMark) != 0;
     if (controlPair) {
@@ -58,6 +60,7 @@ bool PllTuner::Write(std::span<const std::uint8_t> bytes) {
     const bool agcFollows = controlPair && !bytes.empty() && (bytes[0] & kControlMark) != 0;
     if (model_.agcByte && agcFollows) break;
   }
+  if (!wasInFm || std::abs(OscillatorKHz() - oscillatorKHz) > kFmSmallStepKHz) fmJump_.Restart();
   return true;
 }
 
@@ -69,7 +72,7 @@ bool PllTuner::ReadStatus(std::span<std::uint8_t> bytes, const PictureDetector* 
   } else {
     status = AfcReading(afcInput);
   }
-  if (InRange() && Settled(kAfcSettleMs)) status |= kInLock;
+  if (InRange() && (SelectedFm() ? FmSettled() : Settled(kAfcSettleMs))) status |= kInLock;
   if (powerOnReset_) status |= kPowerOnReset;
   std::fill(bytes.begin(), bytes.end(), status);
   powerOnReset_ = false;

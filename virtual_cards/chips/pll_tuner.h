@@ -45,6 +45,8 @@ class PllTuner final : public I2cDevice {
   // Whether the band byte selects positive modulation.
   bool PositiveModulation() const { return (band_ & model_.positiveBit) != 0; }
   bool Settled(std::uint32_t milliseconds) const { return settle_.Passed(milliseconds); }
+  // Whether what the FM section shows is valid.
+  bool FmSettled() const { return fmJump_.Passed(kAfcSettleMs) && Settled(kFmStepSettleMs); }
   bool Powered() const { return powered_; }
   void SetPowered(bool powered) { powered_ = powered; }
 
@@ -59,7 +61,8 @@ class PllTuner final : public I2cDevice {
   const FmSection* const fm_;
   const PictureDetector* afcInput_ = nullptr;
   const FmDetector* fmInput_ = nullptr;
-  SettleTimer settle_;
+  SettleTimer settle_;  // since the last write
+  SettleTimer fmJump_;  // since the FM section was selected or moved by more than a small step
   std::uint16_t divider_ = 0;
   std::uint8_t control_ = 0;
   std::uint8_t band_ = 0;

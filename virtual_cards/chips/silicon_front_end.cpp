@@ -13,11 +13,11 @@ double SiliconFrontEnd::TunedKHz() const {
 }
 
 bool SiliconFrontEnd::GatedTuner::Write(std::span<const std::uint8_t> bytes) {
-  return frontEnd_.demodulator_.GateOpen() && frontEnd_.tuner_.Write(bytes);
+  return frontEnd_.tuner_.Write(bytes);
 }
 
 bool SiliconFrontEnd::GatedTuner::Read(std::span<std::uint8_t> bytes) {
-  return frontEnd_.demodulator_.GateOpen() && frontEnd_.tuner_.Read(bytes);
+  return frontEnd_.tuner_.Read(bytes);
 }
 
 }  // namespace zelk::virtual_cards

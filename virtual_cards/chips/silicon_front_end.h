@@ -29,6 +29,7 @@ class SiliconFrontEnd final : public FrontEnd {
   class GatedTuner final : public I2cDevice {
    public:
     explicit GatedTuner(SiliconFrontEnd& frontEnd) : frontEnd_(frontEnd) {}
+    bool Acknowledges(I2cDirection) override { return frontEnd_.demodulator_.GateOpen(); }
     bool Write(std::span<const std::uint8_t> bytes) override;
     bool Read(std::span<std::uint8_t> bytes) override;
 

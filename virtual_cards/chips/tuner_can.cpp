@@ -10,8 +10,8 @@ namespace zelk::virtual_cards {
 
 namespace {
 
-const TunerModel& ModelOf(std::uint32_t tunerType) {
-  const TunerModel* model = FindTunerModel(tunerType);
+const TunerModel& ModelOf(std::uint32_t tunerType, ModuleMake make) {
+  const TunerModel* model = FindTunerModel(tunerType, make);
   if (!model) {
     throw std::invalid_argument("no PLL module is known for tuner type " +
                                 std::to_string(tunerType));
@@ -21,10 +21,10 @@ const TunerModel& ModelOf(std::uint32_t tunerType) {
 
 }  // namespace
 
-TunerCan::TunerCan(std::uint32_t tunerType, const Air& air, std::uint8_t address)
-    : model_(ModelOf(tunerType)),
+TunerCan::TunerCan(std::uint32_t tunerType, const Air& air, std::uint8_t address, ModuleMake make)
+    : model_(ModelOf(tunerType, make)),
       address_(address),
-      fm_(FindFmSection(tunerType)),
+      fm_(FindFmSection(tunerType, make)),
       tuner_(model_, air, fm_) {
   // Without `separateDemodulator` the chip serves the FM section alone: the picture does not pass
   // it.
@@ -68,7 +68,7 @@ const PictureDetector& TunerCan::Detector() const {
 }
 
 FmReception TunerCan::BuiltInDetector::DetectFm() const {
-  if (!can_.tuner_.Settled(kAfcSettleMs)) return {};
+  if (!can_.tuner_.FmSettled()) return {};
   return can_.tuner_.ReceiveFm(can_.fm_->ifKHz);
 }
 

@@ -13,7 +13,8 @@ class TunerCan final : public FrontEnd {
   // `air` must outlive the module. `address` is the bus address of the PLL, 0xC2 or 0xC0: the board
   // chooses it by the voltage at the chip's address pin. Throws std::invalid_argument for a type
   // without a known module.
-  TunerCan(std::uint32_t tunerType, const Air& air, std::uint8_t address = PllTuner::kAddress);
+  TunerCan(std::uint32_t tunerType, const Air& air, std::uint8_t address = PllTuner::kAddress,
+           ModuleMake make = ModuleMake::kUsual);
   TunerCan(const TunerCan&) = delete;
   TunerCan& operator=(const TunerCan&) = delete;
 

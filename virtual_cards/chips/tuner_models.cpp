@@ -98,13 +98,26 @@ constexpr TunerModel kModels[] = {
     {TunerTypes({51}), 38900, 0,
      Bands({48250, 161250, 471250, 863250}, {0x01, 0x02, 0x04}), 0, false, kBuiltIn, kPll, kAtPll},
 };
+
+// The American make of modules that come in two.
+constexpr TunerModel kAmericanModels[] = {
+    {TunerTypes({42, 44}), 45750, 0,
+     Bands({55250, 169250, 469250, 801250}, {0x01, 0x02, 0x04}), 0, false, kBuiltIn, kPll, kAtPll},
+    {TunerTypes({43, 45}), 45750, 0,
+     Bands({45250, 161250, 463250, 864250}, {0x01, 0x02, 0x04}), 0, false, kBuiltIn, kPll, kAtPll},
+};
 // clang-format on
 
 constexpr std::uint64_t kFmDemodulatorTypes = TunerTypes({0, 2, 6, 8});
 
 }  // namespace
 
-const TunerModel* FindTunerModel(std::uint32_t tunerType) {
+const TunerModel* FindTunerModel(std::uint32_t tunerType, ModuleMake make) {
+  if (make == ModuleMake::kAmerican) {
+    for (const TunerModel& model : kAmericanModels) {
+      if (HoldsTunerType(model.types, tunerType)) return &model;
+    }
+  }
   for (const TunerModel& model : kModels) {
     if (HoldsTunerType(model.types, tunerType)) return &model;
   }

@@ -36,8 +36,14 @@ struct TunerModel {
   std::uint8_t statusAddress;
 };
 
-// Null for a type without a PLL module that is known.
-const TunerModel* FindTunerModel(std::uint32_t tunerType);
+// Type codes 42 to 45 stand for modules of the same name in two makes.
+enum class ModuleMake {
+  kUsual,
+  kAmerican,  // made for the American IF whatever the country, with the usual FM section
+};
+
+// Null for a type without a PLL module that is known. A type of one make alone has that for both.
+const TunerModel* FindTunerModel(std::uint32_t tunerType, ModuleMake make = ModuleMake::kUsual);
 
 // Modules with a demodulator chip for their FM section alone.
 bool HasFmDemodulator(std::uint32_t tunerType);

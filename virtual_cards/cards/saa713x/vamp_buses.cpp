@@ -8,10 +8,6 @@ namespace {
 
 using SharedHardware = std::shared_ptr<Saa713xHardware>;
 
-// A transfer that nobody acknowledged. As a code of its own it tells the bus's own failures from
-// those that somebody ordered.
-constexpr HRESULT kNotAcknowledged = S_FALSE;
-
 class VampI2c final : public CardObject<IVampI2c> {
  public:
   explicit VampI2c(const SharedHardware& hardware)
@@ -84,19 +80,17 @@ class VampI2c final : public CardObject<IVampI2c> {
   HRESULT Transfer(Describe describe, HRESULT failure, const BYTE* buffer, ULONG count,
                    ULONG* status, Act act, Answer answer) {
     if (!status || (!buffer && count > 0)) return E_POINTER;
-    const HRESULT code = hardware_->Gate().PassAny(
-        describe, [&] { return act() ? S_OK : kNotAcknowledged; },
-        [&](TraceLine& line, HRESULT result) {
-          if (result == S_OK) {
-            answer(line);
-          } else if (FAILED(result)) {
-            line.Answer().Word(static_cast<std::uint32_t>(result));
-          } else {
-            line.Answer().Text("nak");
-          }
-        });
+    bool acknowledged = true;
+    const HRESULT code = hardware_->Gate().PassTransfer(
+        describe,
+        [&] {
+          acknowledged = act();
+          return acknowledged ? S_OK : kNotAcknowledged;
+        },
+        answer);
     *status = code == S_OK ? 0 : kVampBusFailed;
-    if (code == kNotAcknowledged) return failure;
+    if (!acknowledged) return failure;
+    // A refusal that is no code is a failure by the status alone.
     return FAILED(code) ? code : S_OK;
   }
 

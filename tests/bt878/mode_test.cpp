@@ -1,0 +1,241 @@
+// The change to TV and the choice of standard and country on each group of tuner modules.
+#include "api/library.h"
+#include "tests/support/bt_test.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using Strings = std::vector<std::string>;
+
+constexpr HRESULT kRefused = static_cast<HRESULT>(0x8007001F);
+
+class Bt878Mode : public BtTest {
+ protected:
+  void PlugNoted(const CardSetUp& wanted, std::uint32_t type) {
+    PlugTv(wanted, {.tunerType = type});
+    FitNotedChips();
+    TakeTrace();
+  }
+  // What SetTVFormat tells the tuner driver: "country 34", then the tuning.
+  Strings TunerLines() {
+    Strings lines;
+    for (const std::string& line : TakeTrace()) {
+      if (line.starts_with("tuner ")) lines.push_back(line);
+    }
+    return lines;
+  }
+};
+
+std::string Tuning(std::uint32_t country) {
+  return "tuner set TUNER.4 frequency=175250000 flags=0 channel=0 country=" +
+         std::to_string(country);
+}
+
+TEST_F(Bt878Mode, TvOnModulesWithADemodulatorOfTheirOwn) {
+  PlugNoted(kBt878, 12);
+  EXPECT_EQ(ZELK_TVInit(), S_OK);
+  EXPECT_THAT(TakeTrace(),
+              ElementsAre("i2c setup hardware 100000", "i2c setup hardware 100000",
+                          "i2c write 86: 00 56 30 44", "i2c result", "i2c setup software 100000"));
+  PlugNoted(kBt878, 1);
+  EXPECT_EQ(ZELK_TVInit(), S_OK);
+  EXPECT_THAT(TakeTrace(), IsEmpty());
+}
+
+TEST_F(Bt878Mode, TvOnModulesWithADemodulatorForTheStandard) {
+  struct Case {
+    std::uint32_t standard;
+    const char* words;
+  };
+  const Case cases[] = {
+      {AnalogVideo_PAL_B, "86: 00 16 70 49"}, {AnalogVideo_SECAM_B, "86: 00 16 70 49"},
+      {AnalogVideo_PAL_D, "86: 00 16 70 4B"}, {AnalogVideo_SECAM_D, "86: 00 16 70 4B"},
+      {AnalogVideo_PAL_I, "86: 00 16 70 4A"}, {AnalogVideo_SECAM_L, "86: 00 06 50 4B"},
+      {AnalogVideo_NTSC_M, nullptr},          {AnalogVideo_PAL_B | AnalogVideo_PAL_I, nullptr},
+  };
+  for (const std::uint32_t type : {14u, 15u, 20u, 21u}) {
+    for (const Case& one : cases) {
+      PlugNoted(kBt878, type);
+      ZELK_put_TVFormat(one.standard, 44);
+      const Strings tuning = TakeNotes();
+      ASSERT_EQ(tuning.size(), 1u);
+      TakeTrace();
+      EXPECT_EQ(ZELK_TVInit(), S_OK);
+      Strings expected = tuning;
+      if (one.words) expected.insert(expected.begin(), one.words);
+      EXPECT_EQ(TakeNotes(), expected) << type;
+      // The software engine serves them.
+      EXPECT_THAT(TakeTrace(), ::testing::Each(::testing::Not(::testing::HasSubstr("setup"))));
+    }
+  }
+}
+
+// The change to TV tunes with the country of before, and forgets it.
+TEST_F(Bt878Mode, TvForgetsTheCountry) {
+  PlugNoted(kBt878Tuner, 15);
+  ZELK_put_TVFormat(AnalogVideo_PAL_I, 44);
+  TunerLines();
+  EXPECT_EQ(ZELK_TVInit(), S_OK);
+  EXPECT_THAT(TunerLines(), ElementsAre(Tuning(44)));
+  ZELK_put_TVFormat(AnalogVideo_PAL_I, 44);
+  EXPECT_THAT(TunerLines(), ElementsAre("tuner query IAMTVTuner", "tuner country 44", Tuning(0)));
+}
+
+TEST_F(Bt878Mode, CountriesOfMk3Modules) {
+  struct Case {
+    std::uint32_t standard, country, pushed;  // 0: nothing is pushed
+  };
+  for (const std::uint32_t type : {14u, 21u}) {
+    PlugNoted(kBt878Tuner, type);
+    std::uint32_t before = 0;
+    for (const Case& one : {
+             Case{AnalogVideo_PAL_B, 49, 49},
+             {AnalogVideo_PAL_B, 49, 0},
+             {AnalogVideo_PAL_B, 36, 34},
+             {AnalogVideo_PAL_B, 36, 34},
+             {AnalogVideo_PAL_D, 36, 86},
+             {AnalogVideo_SECAM_D, 359, 359},
+             {AnalogVideo_PAL_D, 48, 86},
+             {AnalogVideo_PAL_B, 420, 34},
+             {AnalogVideo_PAL_B, 33, 34},
+             {AnalogVideo_SECAM_L, 33, 33},
+             {AnalogVideo_PAL_D, 7, 86},
+             {AnalogVideo_PAL_B, 4201, 4201},
+             // Behind 4201 and 370 the next call counts as forced.
+             {AnalogVideo_PAL_B, 49, 34},
+             {AnalogVideo_PAL_D, 370, 370},
+             {AnalogVideo_PAL_D, 370, 86},
+             {AnalogVideo_PAL_I, 44, 44},
+             {AnalogVideo_PAL_D, 44, 0},
+         }) {
+      EXPECT_EQ(ZELK_put_TVFormat(one.standard, one.country), S_OK);
+      const Strings expected =
+          one.pushed == 0 ? Strings{}
+                          : Strings{"tuner query IAMTVTuner",
+                                    "tuner country " + std::to_string(one.pushed), Tuning(before)};
+      EXPECT_EQ(TunerLines(), expected) << one.standard << " " << one.country;
+      before = one.country;
+    }
+    // The query's code is the result; standard and country are stored even so.
+    card->Refuse("tuner query IAMTVTuner", kRefused);
+    EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), kRefused);
+    EXPECT_THAT(TunerLines(), ElementsAre("tuner query IAMTVTuner -> 8007001F", Tuning(44)));
+    EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
+    EXPECT_THAT(TunerLines(), IsEmpty());
+  }
+  // Other modules leave the country to the driver.
+  PlugNoted(kBt878Tuner, 1);
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 36), S_OK);
+  EXPECT_THAT(TunerLines(), IsEmpty());
+}
+
+// Without a tuner filter there is nobody to tell, but the tuning stays.
+TEST_F(Bt878Mode, CountriesWithoutATunerFilter) {
+  for (const CardSetUp& wanted : {kBt878, kBt878Io}) {
+    PlugNoted(wanted, 15);
+    EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 36), S_OK);
+    EXPECT_THAT(TakeNotes(), ElementsAre("C2: 0D 62 86 22 A0"));
+  }
+}
+
+const Strings kRestart = {"96: 01", "96: 01 A5", "96: 16 01", "96: 14 01", "96: 0E 08"};
+
+Strings Silicon(std::initializer_list<Strings> parts) {
+  Strings all;
+  for (const Strings& part : parts) all.insert(all.end(), part.begin(), part.end());
+  return all;
+}
+
+TEST_F(Bt878Mode, StandardsOfTheSiliconTuner) {
+  const std::pair<std::uint32_t, const char*> standards[] = {
+      {AnalogVideo_NTSC_M, "01"}, {AnalogVideo_NTSC_M_J, "01"}, {AnalogVideo_PAL_M, "01"},
+      {AnalogVideo_PAL_N, "01"},  {AnalogVideo_PAL_B, "02"},    {AnalogVideo_SECAM_B, "02"},
+      {AnalogVideo_PAL_D, "10"},  {AnalogVideo_SECAM_D, "10"},  {AnalogVideo_PAL_G, "04"},
+      {AnalogVideo_PAL_H, "04"},  {AnalogVideo_SECAM_G, "04"},  {AnalogVideo_SECAM_H, "04"},
+      {AnalogVideo_PAL_I, "08"},  {AnalogVideo_SECAM_L, "20"},  {AnalogVideo_SECAM_L1, "40"}};
+  PlugNoted(kBt878Tuner, 40);
+  silicon->Tell({0x25});
+  for (const auto& [standard, bit] : standards) {
+    EXPECT_EQ(ZELK_put_TVFormat(standard, 44), S_OK);
+    EXPECT_EQ(TakeNotes(), Silicon({{std::string("96: 01 ") + bit}, kRestart}));
+    // The same once more changes nothing.
+    EXPECT_EQ(ZELK_put_TVFormat(standard, 44), S_OK);
+    EXPECT_THAT(TakeNotes(), IsEmpty());
+  }
+  EXPECT_THAT(TunerLines(), IsEmpty());
+  for (const std::uint32_t standard : {0x800u, 0x10000u, 0x20000u, 0x12u}) {
+    EXPECT_EQ(ZELK_put_TVFormat(standard, 44), E_FAIL);
+    EXPECT_THAT(TakeNotes(), IsEmpty());
+  }
+  // Nothing of it was stored.
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_SECAM_L1, 44), S_OK);
+  EXPECT_THAT(TakeNotes(), IsEmpty());
+}
+
+TEST_F(Bt878Mode, CountriesOfTheSiliconTuner) {
+  struct Case {
+    std::uint32_t standard, country;
+    Strings writes;  // behind those of the standard itself
+    std::vector<std::uint32_t> pushed;
+  };
+  Strings russian = kRestart;
+  russian[3] = "96: 14 05";
+  const auto after = [](const char* write, const Strings& restart) {
+    return Silicon({{write}, restart});
+  };
+  const Case cases[] = {
+      Case{AnalogVideo_PAL_B, 36, {}, {34}},
+      {AnalogVideo_PAL_D, 48, {}, {86}},
+      {AnalogVideo_SECAM_D, 420, {}, {420}},
+      {AnalogVideo_PAL_B, 33, after("96: 01 02", kRestart), {34}},
+      {AnalogVideo_SECAM_L, 33, after("96: 01 20", kRestart), {33}},
+      {AnalogVideo_PAL_G, 33, kRestart, {33}},
+      {AnalogVideo_PAL_D, 7, {}, {86}},
+      {AnalogVideo_SECAM_D, 7, after("96: 01 10", russian), {7}},
+      {AnalogVideo_PAL_I, 7, {}, {7}},
+      {AnalogVideo_PAL_I, 370, {}, {}},
+      {AnalogVideo_PAL_B, 33, after("96: 01 02", kRestart), {34, 34}},
+  };
+  // Without a tuner filter each push is a tuning alone; the module is unknown and gets 175250
+  // itself.
+  PlugNoted(kBt878, 40);
+  silicon->Tell({0x25});
+  for (const Case& one : cases) {
+    EXPECT_EQ(ZELK_put_TVFormat(one.standard, one.country), S_OK);
+    Strings writes = TakeNotes();
+    ASSERT_GE(writes.size(), 6u);
+    writes.erase(writes.begin(), writes.begin() + 6);
+    EXPECT_EQ(writes, Silicon({Strings(one.pushed.size(), "C2: AC 92 AC 92"), one.writes}))
+        << one.standard << " " << one.country;
+  }
+  PlugNoted(kBt878Tuner, 40);
+  std::uint32_t before = 0;
+  for (const Case& one : cases) {
+    EXPECT_EQ(ZELK_put_TVFormat(one.standard, one.country), S_OK);
+    Strings expected;
+    for (const std::uint32_t pushed : one.pushed) {
+      expected.push_back("tuner query IAMTVTuner");
+      expected.push_back("tuner country " + std::to_string(pushed));
+      expected.push_back(Tuning(before));
+    }
+    EXPECT_EQ(TunerLines(), expected) << one.standard << " " << one.country;
+    before = one.country;
+  }
+}
+
+TEST_F(Bt878Mode, SiliconTunerThatDoesNotAnswer) {
+  PlugNoted(kBt878Tuner, 40);
+  // Only a stop that fails shows in the result of a write.
+  card->Refuse("i2c stop", kRefused);
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 44), kRefused);
+  EXPECT_THAT(TakeNotes(), ::testing::Not(::testing::Contains("96: 16 01")));
+  card->ClearRefusals();
+  // Neither standard nor country was stored, so that the same choice is made anew.
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 44), S_OK);
+  EXPECT_THAT(TakeNotes(), ::testing::Contains("96: 16 01"));
+}
+
+}  // namespace
+}  // namespace zelk::test

@@ -1,0 +1,200 @@
+// Which cards are accepted, what each refusal says, and that nothing is held after it.
+#include <set>
+
+#include "platform/control.h"
+#include "tests/support/bt_test.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using Strings = std::vector<std::string>;
+
+class BtHwInit : public BtTest {
+ protected:
+  void ExpectRefused(const Strings& log) {
+    TakeLog();
+    EXPECT_EQ(Init(), E_FAIL);
+    EXPECT_EQ(TakeLog(), log);
+    EXPECT_EQ(card->LiveReferences(), 0);
+    EXPECT_EQ(host::ModuleLoadCount(setUp.Library()), 0);
+  }
+};
+
+TEST_F(BtHwInit, AcceptedNames) {
+  const std::pair<CardSetUp, Strings> families[] = {
+      {kBt878, {"Varnel Capture", "Telmora Capture", "Korvane, Telmora WDM Video Capture (878)"}},
+      {kCx2388x,
+       {"Korvane, Telmora N57/N68 Video Capture", "Varnel 2388x Video Capture",
+        "Hollis INC. GX-DW7/PCI WDM Video Capture", "Hollis INC. GX-DW7/PCI Video Capture",
+        "Korvane, Telmora WDM Video Capture (88x)", "Korvane Telmora Video Capture (QL2)"}}};
+  for (const auto& [wanted, names] : families) {
+    for (const std::string& name : names) {
+      Plug(wanted, {.friendlyName = name});
+      EXPECT_EQ(Init(), S_OK) << name;
+      std::string other = name;
+      other[0] = 'v';
+      Plug(wanted, {.friendlyName = other});
+      ExpectRefused({wanted.cx2388x ? "BT88X: Device is not BT88X series product from Korvane"
+                                    : "BT878: Device is not BT878 series product from Korvane"});
+    }
+  }
+}
+
+TEST_F(BtHwInit, EachRequestRefused) {
+  struct Case {
+    CardSetUp setUp;
+    const char* request;
+    const char* log;
+  };
+  const Case cases[] = {
+      {kBt878Tuner, "capture query IKsPropertySet",
+       "BT878: Get Video Capture IKsPropertySet interface fail"},
+      {kBt878Tuner, "tuner query IKsPropertySet", "BT878: Get Tuner IKsPropertySet interface fail"},
+      {kBt878Tuner, "i2c setup software 100000", "BT878: Initial I2C fail"},
+      {kCx2388xTuner, "capture query IKsPropertySet",
+       "BT88X: Get Video Capture IKsPropertySet interface fail"},
+      {kCx2388xTuner, "tuner query IKsPropertySet",
+       "BT88X: Get Tuner IKsPropertySet interface fail"},
+      {kCx2388xTuner, "i2c setup hardware 100000", "BT88X: Initial I2C HW Mode fail"},
+  };
+  for (const Case& one : cases) {
+    SCOPED_TRACE(one.log);
+    Plug(one.setUp, {});
+    card->Refuse(one.request, E_NOINTERFACE);
+    ExpectRefused({one.log});
+    // The same card is accepted once the cause has gone.
+    card->ClearRefusals();
+    EXPECT_EQ(Init(), S_OK);
+  }
+}
+
+TEST_F(BtHwInit, IoLibraries) {
+  // Without a library on the machine.
+  EXPECT_EQ(ZELK_HWInit(nullptr, "Telmora Capture", nullptr, 0), E_FAIL);
+  EXPECT_THAT(CardFixture::TakeLog(kBt878.Log()), IsEmpty());
+  EXPECT_THAT(CardFixture::TakeLog(kCx2388x.Log()), ElementsAre("BT88X load PioGate880.dll fail"));
+
+  Plug(kBt878Io, {.initFails = true});
+  TakeTrace();
+  ExpectRefused({});
+  EXPECT_THAT(TakeTrace(), ElementsAre("io INIT_IO -> 0", "io I2CISINITOK -> 0", "io FREE_IO"));
+  Plug(kBt878Io, {.i2cFails = true});
+  ExpectRefused({});
+  Plug(kCx2388xIo, {.initFails = true});
+  TakeTrace();
+  ExpectRefused({"BT88X HWInit call g_pBT880_INIT_IO() function fail"});
+  EXPECT_THAT(TakeTrace(), ElementsAre("io InitIO -> 0", "io FreeIO"));
+  Plug(kCx2388xIo, {.i2cFails = true});
+  TakeTrace();
+  ExpectRefused({"BT88X HWInit call g_pBT880_I2CISINITOK() function fail"});
+  EXPECT_THAT(TakeTrace(), ElementsAre("io InitIO -> 1", "io I2CIsInitOK -> 0", "io FreeIO"));
+
+  // A library is given back before it is unloaded, by ZELK_Free and by the next card.
+  for (const CardSetUp& wanted : {kBt878Io, kCx2388xIo}) {
+    Plug(wanted, {});
+    EXPECT_EQ(Init(), S_OK);
+    EXPECT_EQ(host::ModuleLoadCount(wanted.Library()), 1);
+    EXPECT_EQ(Init(), S_OK);
+    EXPECT_EQ(host::ModuleLoadCount(wanted.Library()), 1);
+    TakeTrace();
+    ZELK_Free();
+    EXPECT_THAT(TakeTrace(), ElementsAre(wanted.cx2388x ? "io FreeIO" : "io FREE_IO"));
+    EXPECT_EQ(host::ModuleLoadCount(wanted.Library()), 0);
+  }
+}
+
+// Everything that an application does with a card.
+void UseEverything() {
+  std::uint32_t word = 0;
+  std::uint8_t byte = 0;
+  ZELK_TVInit();
+  ZELK_put_TVFormat(AnalogVideo_PAL_B, 36);
+  ZELK_SetFreq(175250, &word);
+  for (std::uint32_t lock = 0; lock < 2; ++lock) {
+    ZELK_SetHWLock(lock, 1);
+    ZELK_GetHWLock(lock, &word);
+  }
+  ZELK_GetRemoteData(&word);
+  ZELK_ReadEEPROM(0x50, &byte);
+  ZELK_FMInit();
+  ZELK_FMSetFreq(98000, &word);
+  ZELK_FMSetAudioMode(0);
+  ZELK_FMAllFreqScan(nullptr, ZELK_SCAN_START, 0, 0, 98000, 98200);
+  ZELK_TVInit();
+  // A few probes of the TV scan.
+  atScanEvent = [](std::uint32_t, std::uint32_t value) {
+    if (value >= 92000) ZELK_AllFreqScan(RecordScanEvent, ZELK_SCAN_STOP);
+  };
+  EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_START), S_FALSE);
+}
+
+TEST_F(BtHwInit, EachMissingEntryPoint) {
+  const char* const ofBt878[] = {"INIT_IO",     "FREE_IO",    "I2CISINITOK",  "I2CINITSWMODE",
+                                 "I2CSWSTART",  "I2CSWWRITE", "I2CSWREAD",    "I2CSWSTOP",
+                                 "READDECODER", "SETGPIEBIT", "GETGPDATABITS"};
+  for (const std::string name : ofBt878) {
+    SCOPED_TRACE(name);
+    Plug(kBt878Io, {.tunerType = 15, .missingEntryPoints = {name}});
+    const bool needed = name == "INIT_IO" || name == "I2CISINITOK";
+    EXPECT_EQ(Init(), needed ? E_FAIL : S_OK);
+    if (needed) {
+      EXPECT_EQ(host::ModuleLoadCount("PioGate.dll"), 0);
+      continue;
+    }
+    UseEverything();
+    std::uint32_t code = 77;
+    EXPECT_EQ(ZELK_GetRemoteData(&code), name == "SETGPIEBIT" ? E_FAIL : S_OK);
+    std::uint32_t type = 77;
+    ZELK_GetTunerType(&type);
+    // Without a bus no chip acknowledges.
+    const bool bus = name != "I2CINITSWMODE" && name != "I2CSWSTART" && name != "I2CSWWRITE";
+    EXPECT_EQ(type, bus ? 15u : 4u);
+  }
+  const char* const ofCx2388x[] = {"InitIO",      "FreeIO",     "I2CIsInitOK",   "I2CInitSWMode",
+                                   "I2CSWStart",  "I2CSWWrite", "I2CSWRead",     "I2CSWStop",
+                                   "ReadDecoder", "SetGPIEBit", "GetGPDataBits", "SetGPIOPort",
+                                   "GetGPData",   "SetGPData"};
+  for (const std::string name : ofCx2388x) {
+    SCOPED_TRACE(name);
+    Plug(kCx2388xIo, {.missingEntryPoints = {name}});
+    TakeTrace();
+    ExpectRefused({});
+    EXPECT_EQ(TakeTrace(), name == "FreeIO" ? Strings{} : Strings{"io FreeIO"});
+  }
+}
+
+// Each request of a whole session refused in turn, with every kind of tuner group: nothing crashes,
+// nothing goes on for ever and nothing is held.
+TEST_F(BtHwInit, EachRequestOfASessionRefused) {
+  for (const CardSetUp& wanted : kSetUps) {
+    for (const std::uint32_t type : {1u, 13u, 15u, 40u}) {
+      if (wanted.cx2388x && type == 40) continue;
+      Plug(wanted, {.tunerType = type});
+      TakeTrace();
+      Init();
+      UseEverything();
+      // Those that differ in their figures alone are one kind.
+      std::set<std::string> kinds;
+      for (const std::string& line : TakeTrace()) {
+        const std::size_t words = line.find(' ', line.find(' ') + 1);
+        kinds.insert(
+            line.substr(0, line.find("query") != std::string::npos ? line.find(" -> ") : words));
+      }
+      EXPECT_GT(kinds.size(), 5u);
+      for (const std::string& kind : kinds) {
+        SCOPED_TRACE(std::string(wanted.name) + " tuner type " + std::to_string(type) + ": " +
+                     kind);
+        Plug(wanted, {.tunerType = type});
+        card->Refuse(kind, static_cast<HRESULT>(0x8007001F));
+        if (SUCCEEDED(Init())) UseEverything();
+        Unplug();
+        EXPECT_EQ(host::ModuleLoadCount(wanted.Library()), 0);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zelk::test

@@ -1,0 +1,140 @@
+// Operations that come too early or in the wrong mode: every one of them, on both families.
+#include "api/library.h"
+#include "tests/support/bt_test.h"
+
+namespace zelk::test {
+namespace {
+
+using Strings = std::vector<std::string>;
+
+enum class Needs { Nothing, TV, FM, AnyMode };
+
+template <class Device>
+struct Operation {
+  const char* name;
+  Needs needs;
+  HRESULT (*call)(Device&);
+  const char* tooEarly = "(): Hardware not initial";
+};
+
+std::uint8_t byte;
+std::uint32_t word;
+
+template <class Device>
+const std::vector<Operation<Device>> kOperations = {
+    {"GetHWInfo", Needs::Nothing,
+     [](Device& d) {
+       ZELK_HWInfo info;
+       return d.GetHWInfo(&info);
+     }},
+    {"GetTunerType", Needs::Nothing, [](Device& d) { return d.GetTunerType(&word); }},
+    {"InitialTV", Needs::Nothing, [](Device& d) { return d.InitialTV(); }},
+    {"InitialFM", Needs::Nothing, [](Device& d) { return d.InitialFM(1); }},
+    {"SetTVFormat", Needs::Nothing, [](Device& d) { return d.SetTVFormat(AnalogVideo_PAL_B, 49); }},
+    {"SetTVFreq", Needs::TV, [](Device& d) { return d.SetTVFreq(175250); },
+     "(): Hardware not initial or frequency not correct"},
+    {"IsSignalPresent_TUNER", Needs::TV,
+     [](Device& d) { return d.IsSignalPresent_TUNER(&word, nullptr, nullptr); }},
+    {"IsSignalPresent_DECODER", Needs::Nothing,
+     [](Device& d) { return d.IsSignalPresent_DECODER(&word, nullptr); }},
+    {"SetFMFreq", Needs::FM, [](Device& d) { return d.SetFMFreq(98000); },
+     "(): Hardware not initial or frequency not correct"},
+    {"SetFMAudioMode", Needs::FM, [](Device& d) { return d.SetFMAudioMode(1); }},
+    {"GetFMAudioMode", Needs::Nothing, [](Device& d) { return d.GetFMAudioMode(&word); }},
+    {"IsFMSignalPresent", Needs::FM,
+     [](Device& d) { return d.IsFMSignalPresent(&word, nullptr, nullptr); }},
+    {"GetFMStatusByte", Needs::FM, [](Device& d) { return d.GetFMStatusByte(&byte, nullptr); }},
+    {"GetRemoteData", Needs::Nothing, [](Device& d) { return d.GetRemoteData(&word); }},
+    {"ReadEEPROM", Needs::Nothing, [](Device& d) { return d.ReadEEPROM(0x42, &byte); }},
+    {"I2CWriteSequence", Needs::Nothing,
+     [](Device& d) { return d.I2CWriteSequence(0xA0, &byte, 0); }},
+    {"I2CWriteDWord", Needs::Nothing, [](Device& d) { return d.I2CWriteDWord(0xA0, 0, 0); }},
+    {"I2CRead", Needs::Nothing, [](Device& d) { return d.I2CRead(0xA0, &byte); }},
+    {"SetHWLock", Needs::AnyMode, [](Device& d) { return d.SetHWLock(0, 1); }},
+    {"GetHWLock", Needs::AnyMode, [](Device& d) { return d.GetHWLock(0, &word); }},
+};
+
+class BtRefusal : public BtTest {
+ protected:
+  template <class Device>
+  void Expect(const CardSetUp& wanted, const char* tag) {
+    Plug(wanted, {.tunerType = 1});
+    const auto line = [&](const Operation<Device>& one, const char* refusal, bool needsDriver) {
+      // Only the locks say on a Bt878 what they miss.
+      if (!wanted.cx2388x && !needsDriver) return Strings{};
+      return Strings{std::string(tag) + " " + one.name + refusal};
+    };
+    Device device;
+    for (const Operation<Device>& one : kOperations<Device>) {
+      EXPECT_EQ(one.call(device), E_FAIL) << one.name;
+      EXPECT_EQ(TakeLog(), line(one, one.tooEarly, one.needs == Needs::AnyMode));
+    }
+
+    const auto capture = card->CaptureFilter();
+    ASSERT_EQ(device.HWInit(capture.Get(), card->FriendlyName().c_str(), nullptr), S_OK);
+    TakeLog();
+    const auto expectWrongMode = [&](Needs given) {
+      for (const Operation<Device>& one : kOperations<Device>) {
+        if (one.needs == Needs::Nothing || one.needs == given) continue;
+        if (one.needs == Needs::AnyMode && given != Needs::Nothing) continue;
+        EXPECT_EQ(one.call(device), VFW_E_WRONG_STATE) << one.name;
+        const char* const refusal = one.needs == Needs::TV   ? "(): Current mode not TV"
+                                    : one.needs == Needs::FM ? "(): Current mode not FM"
+                                                             : "(): Current mode not TV or FM";
+        EXPECT_EQ(TakeLog(), line(one, refusal, one.needs == Needs::AnyMode));
+      }
+    };
+    expectWrongMode(Needs::Nothing);
+    device.InitialTV();
+    expectWrongMode(Needs::TV);
+    device.InitialFM(1);
+    expectWrongMode(Needs::FM);
+    EXPECT_EQ(device.SetHWLock(2, 1), E_FAIL);
+    EXPECT_EQ(device.GetHWLock(2, &word), E_FAIL);
+    // In its mode and with a card nothing is refused.
+    device.InitialTV();
+    TakeLog();
+    for (const Operation<Device>& one : kOperations<Device>) {
+      if (one.needs == Needs::TV || one.needs == Needs::AnyMode) {
+        EXPECT_EQ(one.call(device), S_OK) << one.name;
+      }
+    }
+    // A second initialisation that fails leaves nothing of the first.
+    EXPECT_EQ(device.HWInit(capture.Get(), "another card", nullptr), E_FAIL);
+    EXPECT_EQ(device.GetTunerType(&word), E_FAIL);
+  }
+};
+
+TEST_F(BtRefusal, Bt878) { Expect<Bt878Device>(kBt878, "BT878"); }
+TEST_F(BtRefusal, Cx2388x) { Expect<Bt88xDevice>(kCx2388x, "BT88X"); }
+
+TEST_F(BtRefusal, LocksNeedADriver) {
+  for (const CardSetUp& wanted : {kBt878Io, kCx2388xIo}) {
+    PlugTv(wanted, {});
+    EXPECT_EQ(ZELK_SetHWLock(0, 1), E_FAIL);
+    EXPECT_EQ(ZELK_GetHWLock(5, &word), E_FAIL);
+    const std::string tag = wanted.cx2388x ? "BT88X" : "BT878";
+    EXPECT_EQ(TakeLog(), (Strings{tag + " SetHWLock() no video caprture filter",
+                                  tag + " GetHWLock() no video caprture filter"}));
+  }
+}
+
+// A sequence is refused before anything of it goes out.
+TEST_F(BtRefusal, SequencesHave64BytesAtMost) {
+  const std::uint8_t bytes[65] = {};
+  for (const CardSetUp& wanted : {kBt878, kBt878Io, kCx2388x, kCx2388xIo}) {
+    PlugTv(wanted, {});
+    const auto write = [&](std::uint32_t count) {
+      return wanted.cx2388x ? Slot<Bt88xDevice>()->I2CWriteSequence(0x86, bytes, count)
+                            : Slot<Bt878Device>()->I2CWriteSequence(0x86, bytes, count);
+    };
+    FitNotedChips();
+    EXPECT_EQ(write(65), E_FAIL);
+    EXPECT_TRUE(TakeNotes().empty());
+    EXPECT_EQ(write(64), S_OK);
+    EXPECT_EQ(TakeNotes().at(0).size(), 3u + 64 * 3);
+  }
+}
+
+}  // namespace
+}  // namespace zelk::test

@@ -1,0 +1,175 @@
+// Signal presence on every kind of module, reading by reading, with a chip on the bus that says
+// what it is told.
+#include "api/library.h"
+#include "platform/control.h"
+#include "tests/support/bt_test.h"
+#include "tests/support/reading.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::Each;
+
+class BtSignal : public BtTest {
+ protected:
+  Reading Ask(NotedChip& chip, std::deque<std::uint8_t> answers, bool withOffset = true) {
+    chip.Tell(std::move(answers));
+    return fm ? AskSignal(ZELK_FMIsSignalPresent, withOffset)
+              : AskSignal(ZELK_IsSignalPresent, withOffset);
+  }
+  void PlugNoted(const CardSetUp& wanted, std::uint32_t type, bool forFm) {
+    fm = forFm;
+    forFm ? PlugFm(wanted, {.tunerType = type}) : PlugTv(wanted, {.tunerType = type});
+    FitNotedChips();
+  }
+  bool fm = false;
+};
+
+// Offset and strength of the three-bit reading are the same in television and FM.
+TEST_F(BtSignal, PllTuner) {
+  const Reading expected[] = {
+      {S_OK, 0, 0, -125.0}, {S_OK, 1, 3, -62.5}, {S_OK, 1, 5, 0.0},   {S_OK, 1, 3, 62.5},
+      {S_OK, 0, 0, 125.0},  {S_OK, 0, 5, 125.0}, {S_OK, 0, 6, 125.0}, {S_OK, 0, 7, 125.0},
+  };
+  for (const CardSetUp& wanted : kSetUps) {
+    SCOPED_TRACE(wanted.name);
+    PlugNoted(wanted, 1, false);
+    for (std::uint8_t code = 0; code < 8; ++code) {
+      EXPECT_EQ(Ask(*pll, {static_cast<std::uint8_t>(0xC8 | code)}), expected[code]) << +code;
+      EXPECT_EQ(Ask(*pll, {code}, false).strength, code);
+    }
+    PlugNoted(wanted, 1, true);
+    for (const std::uint32_t status : {0x52u, 0xFAu, 0x12u, 0x42u, 0x53u, 0x56u, 0x50u}) {
+      Reading reading = expected[status & 7];
+      reading.present = status == 0x52 || status == 0xFA;
+      EXPECT_EQ(Ask(*pll, {static_cast<std::uint8_t>(status)}), reading) << std::hex << status;
+    }
+    EXPECT_EQ(Ask(*pll, {0x53}, false).strength, 3u);
+  }
+}
+
+TEST_F(BtSignal, Demodulator) {
+  const std::uint32_t tvLevel[] = {5, 5, 4, 3, 2, 1, 0, 0, 0, 0, 1, 2, 3, 4, 5, 5};
+  const std::uint32_t fmLevel[] = {5, 4, 4, 3, 2, 1, 0, 0, 0, 0, 1, 2, 3, 4, 4, 5};
+  const auto expectAll = [&](const std::uint32_t(&level)[16], auto isPresent) {
+    for (std::uint8_t code = 0; code < 16; ++code) {
+      const double offset = code < 8 ? -12.5 - 25.0 * code : 12.5 + 25.0 * (15 - code);
+      const auto status = static_cast<std::uint8_t>(0xE1 | code << 1);
+      const std::uint32_t present = isPresent(code);
+      EXPECT_EQ(Ask(*demodulator, {status}), (Reading{S_OK, present, level[code], offset}));
+      EXPECT_EQ(Ask(*demodulator, {status}, false), (Reading{S_OK, present, code, kUntouched}));
+    }
+  };
+  for (const CardSetUp& wanted : kSetUps) {
+    for (const std::uint32_t type : {12u, 13u, 14u, 15u, 20u, 21u}) {
+      SCOPED_TRACE(std::string(wanted.name) + " tuner type " + std::to_string(type));
+      PlugNoted(wanted, type, false);
+      expectAll(tvLevel, [](std::uint8_t code) { return code <= 2 || code >= 13; });
+      if (type % 2 == 0) continue;
+      PlugNoted(wanted, type, true);
+      expectAll(fmLevel, [](std::uint8_t code) { return code == 0 || code == 15; });
+    }
+  }
+}
+
+TEST_F(BtSignal, DemodulatorLock) {
+  for (const CardSetUp& wanted : {kCx2388x, kCx2388xIo}) {
+    PlugNoted(wanted, 24, false);
+    EXPECT_EQ(Ask(*demodulator, {0xE0}), (Reading{S_OK, 1, 0, kUntouched}));
+    EXPECT_EQ(Ask(*demodulator, {0xFF}), (Reading{S_OK, 1, 15, kUntouched}));
+    EXPECT_EQ(Ask(*demodulator, {0xE2}), (Reading{S_OK, 0, 1, kUntouched}));
+    EXPECT_EQ(Ask(*demodulator, {0x7F}), (Reading{S_OK, 0, 15, kUntouched}));
+  }
+}
+
+TEST_F(BtSignal, SiliconTuner) {
+  for (const CardSetUp& wanted : {kBt878, kBt878Tuner, kBt878Io}) {
+    SCOPED_TRACE(wanted.name);
+    PlugNoted(wanted, 40, false);
+    EXPECT_EQ(Ask(*silicon, {0x80}), (Reading{S_OK, 1, 64, 0.0}));
+    EXPECT_EQ(TakeNotes(), std::vector<std::string>{"96: 1B"});
+    EXPECT_EQ(Ask(*silicon, {0x90}), (Reading{S_OK, 1, 48, 16 * -13.2}));
+    EXPECT_EQ(Ask(*silicon, {0x91}), (Reading{S_OK, 0, 47, 17 * -13.2}));
+    EXPECT_EQ(Ask(*silicon, {0xF0}), (Reading{S_OK, 1, 48, 16 * 13.2}));
+    // No lock at first: the second reading counts, 80 ms later.
+    EXPECT_EQ(Ask(*silicon, {0x20, 0x81}), (Reading{S_OK, 1, 63, -13.2}));
+    EXPECT_EQ(Ask(*silicon, {0x80, 0x20}), (Reading{S_OK, 1, 64, 0.0}));
+    EXPECT_EQ(Ask(*silicon, {0x20, 0x7B}), (Reading{S_OK, 0, 59, 5 * 13.2}));
+    // Just below the carrier three readings count without a lock.
+    EXPECT_EQ(Ask(*silicon, {0x20, 0x7C}).present, 1u);
+    EXPECT_EQ(Ask(*silicon, {0x20, 0x7E}).present, 1u);
+    EXPECT_EQ(Ask(*silicon, {0x20, 0x7F}).present, 0u);
+  }
+}
+
+// A bus that cannot be read says nothing of a carrier, and each chip's failure shows in its own
+// way.
+TEST_F(BtSignal, FailedReads) {
+  constexpr HRESULT kRefused = static_cast<HRESULT>(0x8007001F);
+  for (const bool forFm : {false, true}) {
+    for (const std::uint32_t type : {1u, 13u}) {
+      PlugNoted(kBt878, type, forFm);
+      card->Refuse("i2c stop", kRefused);
+      card->Refuse("i2c read 86", kRefused);
+      const Reading bt878 = Ask(*pll, {2});
+      EXPECT_EQ(bt878.result, kRefused) << type;
+      EXPECT_EQ(bt878.present, forFm ? kUntouched : 0) << type;
+      PlugNoted(kCx2388x, type, forFm);
+      pll->answering = demodulator->answering = false;
+      const Reading cx2388x = Ask(*pll, {2});
+      EXPECT_EQ(cx2388x.result, E_FAIL) << type;
+      EXPECT_EQ(cx2388x.present, forFm ? kUntouched : 0) << type;
+      EXPECT_THAT(TakeLog(), ::testing::ElementsAre("BT88X I2CRead(): Read data fail"));
+    }
+  }
+}
+
+TEST_F(BtSignal, Waits) {
+  const auto slept = [](auto operation) {
+    const auto before = host::SleptMilliseconds();
+    operation();
+    return host::SleptMilliseconds() - before;
+  };
+  std::uint32_t present = 0;
+  // Slices of 5 ms: 16 ms take 20, 32 take 35.
+  PlugTv(kBt878, {});
+  EXPECT_EQ(slept([&] { ZELK_IsSignalPresent(&present, nullptr, nullptr); }), 80u + 20);
+  EXPECT_EQ(slept([&] { ZELK_SetFreq(175250, nullptr); }), 4u * 20);
+  PlugFm(kBt878, {});
+  EXPECT_EQ(slept([&] { ZELK_FMIsSignalPresent(&present, nullptr, nullptr); }), 80u + 20);
+  PlugTv(kCx2388x, {});
+  EXPECT_EQ(slept([&] { ZELK_IsSignalPresent(&present, nullptr, nullptr); }), 80u + 20);
+  EXPECT_EQ(slept([&] { ZELK_SetFreq(175250, nullptr); }), 20u);
+  PlugFm(kCx2388x, {});
+  EXPECT_EQ(slept([&] { ZELK_FMIsSignalPresent(&present, nullptr, nullptr); }), 35u + 20);
+}
+
+// The status bytes that the FM scan reads.
+template <class Device>
+void ExpectStatusBytes(Device& device, NotedChip& pll, NotedChip& demodulator, bool both) {
+  pll.Tell({0x52});
+  demodulator.Tell({0xE3});
+  std::uint8_t tuner = 0xAA;
+  std::uint8_t afc = 0xAA;
+  EXPECT_EQ(device.GetFMStatusByte(nullptr, &afc), both ? S_OK : E_FAIL);
+  EXPECT_EQ(afc, both ? 0xE3 : 0);
+  EXPECT_EQ(device.GetFMStatusByte(&tuner, nullptr), S_OK);
+  EXPECT_EQ(tuner, 0x52);
+  EXPECT_EQ(device.GetFMStatusByte(nullptr, nullptr), E_FAIL);
+}
+
+TEST_F(BtSignal, FmStatusBytes) {
+  for (const std::uint32_t type : {1u, 13u, 15u, 20u, 21u}) {
+    SCOPED_TRACE(type);
+    PlugFm(kBt878, {.tunerType = type});
+    FitNotedChips();
+    ExpectStatusBytes(*Slot<Bt878Device>(), *pll, *demodulator, type != 1 && type != 20);
+    PlugFm(kCx2388x, {.tunerType = type});
+    FitNotedChips();
+    // Type 20, without an FM section, counts here too.
+    ExpectStatusBytes(*Slot<Bt88xDevice>(), *pll, *demodulator, type != 1);
+  }
+}
+
+}  // namespace
+}  // namespace zelk::test

@@ -1,0 +1,100 @@
+// Tests with a Bt878 or CX2388x card, in any of the four set-ups in which they come.
+#pragma once
+
+#include <array>
+#include <deque>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tests/support/card_test.h"
+#include "virtual_cards/cards/bt878_card.h"
+#include "virtual_cards/cards/cx2388x_card.h"
+
+namespace zelk::test {
+
+struct CardSetUp {
+  const char* name;
+  bool cx2388x;
+  bool ioLibrary;
+  bool tunerFilter = false;
+
+  const char* PllAddress() const { return cx2388x ? "C0" : "C2"; }
+  const char* Log() const { return cx2388x ? "zelkapi_BT88X.log" : "zelkapi_BT878.log"; }
+  const char* Library() const { return cx2388x ? "PioGate880.dll" : "PioGate.dll"; }
+  friend void PrintTo(const CardSetUp& setUp, std::ostream* out) { *out << setUp.name; }
+};
+
+inline constexpr CardSetUp kBt878 = {"bt878", false, false};
+inline constexpr CardSetUp kBt878Tuner = {"bt878 with a tuner filter", false, false, true};
+inline constexpr CardSetUp kBt878Io = {"bt878-io", false, true};
+inline constexpr CardSetUp kCx2388x = {"cx2388x", true, false};
+inline constexpr CardSetUp kCx2388xTuner = {"cx2388x with a tuner filter", true, false, true};
+inline constexpr CardSetUp kCx2388xIo = {"cx2388x-io", true, true};
+inline constexpr CardSetUp kSetUps[] = {kBt878,   kBt878Tuner,   kBt878Io,
+                                        kCx2388x, kCx2388xTuner, kCx2388xIo};
+
+using EepromImage = std::array<std::uint8_t, 256>;
+
+// Blank but for these bytes.
+inline EepromImage MakeEeprom(std::initializer_list<std::pair<int, std::uint8_t>> bytes) {
+  EepromImage image;
+  image.fill(0xFF);
+  for (const auto& [address, byte] : bytes) image[static_cast<std::size_t>(address)] = byte;
+  return image;
+}
+
+// A chip that notes what is written to it, "C2: 0D 62 CE 90", and answers reads from a list, the
+// last one for good.
+class NotedChip final : public virtual_cards::I2cDevice {
+ public:
+  NotedChip(std::string name, std::vector<std::string>& notes)
+      : name_(std::move(name)), notes_(notes) {}
+
+  bool Acknowledges(virtual_cards::I2cDirection) override { return answering; }
+  bool Write(std::span<const std::uint8_t> bytes) override;
+  bool Read(std::span<std::uint8_t> bytes) override;
+  void Tell(std::deque<std::uint8_t> bytes) { answers_ = std::move(bytes); }
+
+  bool answering = true;
+
+ private:
+  const std::string name_;
+  std::vector<std::string>& notes_;
+  std::deque<std::uint8_t> answers_ = {0};
+};
+
+class BtTest : public CardFixture {
+ protected:
+  struct Board {
+    std::uint32_t tunerType = 1;
+    std::optional<EepromImage> eeprom = std::nullopt;
+    virtual_cards::EepromState eepromState = virtual_cards::EepromState::kGood;
+    unsigned eepromTransfers = 2;
+    std::vector<std::string> missingEntryPoints = {};
+    bool initFails = false;
+    bool i2cFails = false;
+    std::string friendlyName = {};  // the family's usual one
+  };
+
+  // Plugs a card in, in place of the one that was there.
+  virtual_cards::BtCard& Plug(const CardSetUp& setUp, const Board& board,
+                              virtual_cards::Air air = {});
+  // The same, initialised and in TV or FM mode.
+  virtual_cards::BtCard& PlugTv(const CardSetUp& setUp, const Board& board,
+                                virtual_cards::Air air = {});
+  virtual_cards::BtCard& PlugFm(const CardSetUp& setUp, const Board& board,
+                                virtual_cards::Air air = {});
+  // Puts chips that note and answer onto the tuner's and both demodulators' addresses.
+  void FitNotedChips();
+  std::vector<std::string> TakeNotes() { return std::exchange(notes, {}); }
+
+  std::vector<std::string> TakeLog() { return CardFixture::TakeLog(setUp.Log()); }
+
+  virtual_cards::BtCard* card = nullptr;
+  CardSetUp setUp = kBt878;
+  std::vector<std::string> notes;
+  std::optional<NotedChip> pll, demodulator, silicon;
+};
+
+}  // namespace zelk::test

@@ -1,0 +1,195 @@
+// A Bt878 or CX2388x card, spoken to as a driver library does: by request blocks filled in byte by
+// byte, and through an I/O library.
+#pragma once
+
+#include <cstring>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "model_test.h"
+#include "platform/com_ptr.h"
+#include "platform/win32.h"
+#include "virtual_cards/bus_trace.h"
+#include "virtual_cards/cards/virtual_card.h"
+
+namespace zelk::virtual_cards {
+
+inline constexpr GUID kZelkCapture = {
+    0xC44A1A10, 0x0A37, 0x11D2, {0x83, 0x28, 0x00, 0x60, 0x97, 0xBA, 0x83, 0xAB}};
+
+class Block {
+ public:
+  explicit Block(std::size_t bytes) : bytes_(bytes, 0) {}
+
+  Block& Word(std::size_t offset, ULONG value) {
+    std::memcpy(&bytes_.at(offset), &value, sizeof value);
+    return *this;
+  }
+  Block& Byte(std::size_t offset, BYTE value) {
+    bytes_.at(offset) = value;
+    return *this;
+  }
+  Block& Bytes(std::size_t offset, const std::vector<BYTE>& values) {
+    std::copy(values.begin(), values.end(), &bytes_.at(offset));
+    return *this;
+  }
+  ULONG WordAt(std::size_t offset) const {
+    ULONG value = 0;
+    std::memcpy(&value, &bytes_.at(offset), sizeof value);
+    return value;
+  }
+  BYTE ByteAt(std::size_t offset) const { return bytes_.at(offset); }
+
+  void* Data() { return bytes_.data(); }
+  DWORD Size() const { return static_cast<DWORD>(bytes_.size()); }
+
+ private:
+  std::vector<BYTE> bytes_;
+};
+
+// The interfaces of a card's filters. All are released with the object.
+struct BtClient {
+  ComPtr<IKsPropertySet> capture;
+  ComPtr<IAMAnalogVideoDecoder> decoder;
+  ComPtr<IKsPropertySet> tuner;
+  ComPtr<IAMTVTuner> tvTuner;
+
+  explicit BtClient(VirtualCard& card) {
+    EXPECT_EQ(Query(card.CaptureFilter().Get(), capture), S_OK);
+    EXPECT_EQ(Query(card.CaptureFilter().Get(), decoder), S_OK);
+    Query(card.TunerFilter().Get(), tuner);
+    Query(card.TunerFilter().Get(), tvTuner);
+  }
+
+  HRESULT Set(DWORD id, Block& block) const {
+    return capture->Set(kZelkCapture, id, block.Data(), block.Size(), block.Data(), block.Size());
+  }
+  HRESULT Set(DWORD id, Block&& block) const { return Set(id, block); }
+  HRESULT Get(DWORD id, Block& block) const {
+    DWORD returned = 0;
+    const HRESULT code = capture->Get(kZelkCapture, id, block.Data(), block.Size(), block.Data(),
+                                      block.Size(), &returned);
+    EXPECT_EQ(returned, SUCCEEDED(code) ? block.Size() : 0);
+    return code;
+  }
+
+  // --- I2C ---
+  static Block I2cBlock(ULONG command) { return Block(120).Word(24, command); }
+  HRESULT SetUp(ULONG command, ULONG clockHz = 100000) const {
+    Block block = I2cBlock(command).Word(16, 4).Word(32, clockHz);
+    std::memcpy(block.Data(), &kZelkCapture, sizeof kZelkCapture);
+    return Set(4, block);
+  }
+  // A transfer by hardware as the block that the driver hands back; `code` gets the call's own.
+  Block WriteByHardware(BYTE address, const std::vector<BYTE>& bytes, HRESULT& code) const {
+    Block block = I2cBlock(0x1100000A).Byte(48, address).Bytes(52, bytes);
+    block.Word(116, static_cast<ULONG>(bytes.size()));
+    code = Set(4, block);
+    return block;
+  }
+
+  // --- Locks: the property says which ---
+  HRESULT SetLock(DWORD property, BYTE on) const { return Set(property, Block(32).Byte(24, on)); }
+  // 0 or 1, or -1 for a request that failed.
+  int GetLock(DWORD property) const {
+    Block block(32);
+    return Get(property, block) == S_OK ? block.ByteAt(24) : -1;
+  }
+
+  // --- Tuner filter ---
+  HRESULT Tune(ULONG hertz, ULONG country) const {
+    return SetTuner(KSPROPERTY_TUNER_FREQUENCY, Block(56).Word(24, hertz).Word(48, country));
+  }
+  HRESULT SetStandard(ULONG standard) const {
+    return SetTuner(KSPROPERTY_TUNER_STANDARD, Block(32).Word(24, standard));
+  }
+  HRESULT SetTuner(DWORD id, Block block) const {
+    return tuner->Set(kPropsetTuner, id, block.Data(), block.Size(), block.Data(), block.Size());
+  }
+
+  bool Locked() const {
+    LONG locked = -1;
+    EXPECT_EQ(decoder->get_HorizontalLocked(&locked), S_OK);
+    return locked == 1;
+  }
+};
+
+// An I/O library as GetProcAddress finds it. `Names` are the entry points that both have.
+class IoClient {
+ public:
+  struct Names {
+    const char *file, *init, *free, *isInitOk, *initSwMode, *start, *write, *read, *stop, *decoder;
+  };
+
+  explicit IoClient(const Names& names) : names_(names), module_(LoadLibraryA(names.file)) {}
+  ~IoClient() {
+    if (module_) FreeLibrary(module_);
+  }
+  IoClient(const IoClient&) = delete;
+  IoClient& operator=(const IoClient&) = delete;
+
+  bool Loaded() const { return module_ != nullptr; }
+  bool Has(const char* name) const { return GetProcAddress(module_, name) != nullptr; }
+  template <class Result, class... Arguments>
+  Result Call(const char* name, Arguments... arguments) const {
+    const FARPROC address = GetProcAddress(module_, name);
+    if (!address) throw std::runtime_error(std::string(name) + " is missing");
+    return reinterpret_cast<Result (*)(Arguments...)>(reinterpret_cast<void (*)()>(address))(
+        arguments...);
+  }
+
+  int Init() const { return Call<int>(names_.init); }
+  void Free() const { Call<void>(names_.free); }
+  int IsInitOk() const { return Call<int>(names_.isInitOk); }
+  void InitSwMode(int hertz = 100000) const { Call<void>(names_.initSwMode, hertz); }
+  void Start() const { Call<void>(names_.start); }
+  int Write(int byte) const { return Call<int>(names_.write, byte); }
+  BYTE Read() const {
+    BYTE byte = 0x55;
+    Call<void>(names_.read, &byte);
+    return byte;
+  }
+  void Stop() const { Call<void>(names_.stop); }
+  int Decoder(int index) const { return Call<int>(names_.decoder, index); }
+
+  // Whole transfers. A write answers how many bytes were acknowledged, the address among them.
+  int Transfer(const std::vector<int>& bytes) const {
+    int acknowledged = 0;
+    Start();
+    for (const int byte : bytes) acknowledged += Write(byte);
+    Stop();
+    return acknowledged;
+  }
+  BYTE ReadAt(int address, int subaddress) const {
+    Start();
+    Write(address);
+    Write(subaddress);
+    Start();
+    Write(address | 1);
+    const BYTE byte = Read();
+    Stop();
+    return byte;
+  }
+
+ private:
+  const Names& names_;
+  const HMODULE module_;
+};
+
+// `Card` is the family's card, `Options` what one is made from.
+template <class Card, class Options>
+class BtCardTest : public ModelTest {
+ protected:
+  Card& Plug(const Options& options, Air air = {}) {
+    card_.reset();
+    card_ = Card::Create(options, std::move(air));
+    return *card_;
+  }
+  void Listen() { card_->AttachTrace(&trace_); }
+
+  std::unique_ptr<Card> card_;
+  RecordedTrace trace_;
+};
+
+}  // namespace zelk::virtual_cards
