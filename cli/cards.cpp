@@ -1,11 +1,14 @@
 // zelk cards, zelk info
 #include <CLI/CLI.hpp>
 #include <array>
+#include <filesystem>
 #include <iostream>
 
 #include "cli/commands.h"
+#include "cli/devices.h"
 #include "cli/output.h"
 #include "cli/session.h"
+#include "platform/win32.h"
 
 namespace zelk::cli {
 namespace {
@@ -43,6 +46,10 @@ constexpr std::array<DecoderRow, 4> kDecoders{{
     {4, "SAA7134"},
 }};
 
+struct CardsArguments {
+  bool namesOnly = false;
+};
+
 std::optional<std::string> DecoderName() {
   // The library leaves the place alone for cards of other families, and says -1 for a chip unknown
   // to it.
@@ -55,18 +62,103 @@ std::optional<std::string> DecoderName() {
   return std::nullopt;
 }
 
-int ListCards(const Options& options) {
+// The library writes down why it refuses a card. While one tries cards that may well be none of its
+// own, that goes into a folder that goes with the object.
+class PassingLogs {
+ public:
+  PassingLogs() : before_(std::filesystem::current_path()) {
+    const auto name = "zelk-cards-" + std::to_string(GetCurrentProcessId());
+    folder_ = std::filesystem::temp_directory_path() / name;
+    std::filesystem::create_directory(folder_);
+    std::filesystem::current_path(folder_);
+  }
+  ~PassingLogs() {
+    std::error_code ignored;
+    std::filesystem::current_path(before_, ignored);
+    std::filesystem::remove_all(folder_, ignored);
+  }
+  PassingLogs(const PassingLogs&) = delete;
+  PassingLogs& operator=(const PassingLogs&) = delete;
+
+ private:
+  const std::filesystem::path before_;
+  std::filesystem::path folder_;
+};
+
+// What the library makes of a capture device can only be found out by letting it try. The name of
+// the card's tuner; nothing when the library refuses the device.
+std::optional<std::string> TryDevice(const Device& capture, const std::vector<Device>& tuners) {
+  const ComPtr<IUnknown> filter = capture.MakeFilter();
+  const Device* const tuner = TunerOf(capture, tuners);
+  const ComPtr<IUnknown> tunerFilter = tuner ? tuner->MakeFilter() : ComPtr<IUnknown>();
+  if (!filter || ZELK_HWInit(filter.Get(), capture.friendlyName.c_str(), tunerFilter.Get(), 0) < 0)
+    return std::nullopt;
+  char name[64] = "";
+  ZELK_GetTunerName(name, sizeof name);
+  ZELK_Free();
+  return name;
+}
+
+struct ListedDevice {
+  std::string name;
+  bool captures;
+  std::optional<std::string> tuner;  // of a card that the library accepts
+};
+
+std::vector<ListedDevice> ListDevices(const CardsArguments& arguments) {
+  const std::vector<Device> tuners = TunerDevices();
+  std::vector<ListedDevice> devices;
+  const PassingLogs logs;
+  for (const Device& device : CaptureDevices())
+    devices.push_back(
+        {device.name, true, arguments.namesOnly ? std::nullopt : TryDevice(device, tuners)});
+  for (const Device& device : tuners) devices.push_back({device.name, false, std::nullopt});
+  return devices;
+}
+
+Json DevicesJson(const std::vector<ListedDevice>& devices, const CardsArguments& arguments) {
+  Json list = Json::array();
+  for (const ListedDevice& device : devices) {
+    Json row = {{"device", device.name}, {"kind", device.captures ? "capture" : "tuner"}};
+    if (device.captures && !arguments.namesOnly) {
+      row["accepted"] = device.tuner.has_value();
+      row["tuner_name"] = OrNull(device.tuner);
+    }
+    list.push_back(row);
+  }
+  return list;
+}
+
+void PrintDevices(const std::vector<ListedDevice>& devices, const CardsArguments& arguments) {
+  if (devices.empty()) return;
+  std::cout << '\n';
+  Table table({{"Device"}, {"Kind"}, {"Library"}});
+  for (const ListedDevice& device : devices) {
+    const bool tried = device.captures && !arguments.namesOnly;
+    table.AddRow({device.name, device.captures ? "capture" : "tuner",
+                  !tried         ? "-"
+                  : device.tuner ? "accepts it, tuner " + *device.tuner
+                                 : "does not accept it"});
+  }
+  table.Print(std::cout);
+}
+
+int ListCards(const Options& options, const CardsArguments& arguments) {
+  const auto plugged = PlugInBesideTheSystem(options, virtual_cards::LoadAir(options.air));
   const std::vector<virtual_cards::CardKind> kinds = virtual_cards::CardKinds();
+  const std::vector<ListedDevice> devices = ListDevices(arguments);
   if (options.json) {
     Json list = Json::array();
     for (const auto& kind : kinds)
       list.push_back({{"card", "virtual:" + kind.name}, {"description", kind.description}});
-    PrintJson({{"command", "cards"}, {"cards", list}});
+    PrintJson(
+        {{"command", "cards"}, {"cards", list}, {"devices", DevicesJson(devices, arguments)}});
     return kExitSuccess;
   }
   Table table({{"Card"}, {"Description"}});
   for (const auto& kind : kinds) table.AddRow({"virtual:" + kind.name, kind.description});
   table.Print(std::cout);
+  PrintDevices(devices, arguments);
   return kExitSuccess;
 }
 
@@ -100,9 +192,15 @@ int ShowInfo(const Options& options) {
 }  // namespace
 
 void AddCardCommands(CLI::App& app, Command& chosen) {
-  CLI::App* cards = app.add_subcommand("cards", "List the virtual cards");
-  cards->footer("Example:\n  zelk cards");
-  cards->callback([&chosen] { chosen = ListCards; });
+  CLI::App* cards = app.add_subcommand(
+      "cards", "List the virtual cards and the system's capture and tuner devices");
+  auto arguments = std::make_shared<CardsArguments>();
+  cards->add_flag("--names", arguments->namesOnly,
+                  "Only name the devices; do not let the library try them");
+  cards->footer("Examples:\n  zelk cards\n  zelk cards --plug saa7134");
+  cards->callback([&chosen, arguments] {
+    chosen = [arguments](const Options& options) { return ListCards(options, *arguments); };
+  });
 
   CLI::App* info = app.add_subcommand("info", "Show what the library finds on the board");
   info->footer("Examples:\n  zelk info\n  zelk info --card virtual:saa7134,tuner=14 --json");

@@ -49,7 +49,13 @@ LogWatch::LogWatch() {
 
 std::string LogWatch::Hint() const {
   std::string hint;
+  const char* before = "";
   for (const char* file : kLogFiles) {
+    // Where names do not depend on case, two of them are one file.
+    std::error_code error;
+    const bool same = std::filesystem::equivalent(file, before, error);
+    before = file;
+    if (same) continue;
     // The library starts a large file anew, so a smaller size is news as well.
     const std::uintmax_t size = SizeOf(file);
     if (size == 0 || size == sizes_.at(file)) continue;

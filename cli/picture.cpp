@@ -46,10 +46,10 @@ void Picture::Write(const Session& session, std::vector<PlotMark> marks) {
   const std::size_t count = marks.size();
   plot_.title = std::string(kind_.band.name) + ": " + std::to_string(count) + ' ' +
                 (count == 1 ? kind_.noun : kind_.plural) + " found";
-  plot_.notes = {session.PlaceName(),
-                 "card " + session.CardDescription() + ", tuner " + session.TunerName(),
-                 MegahertzText(plot_.lowKHz) + " to " + MegahertzText(plot_.highKHz) +
-                     " MHz, a reading every " + std::to_string(kind_.stepKHz) + " kHz"};
+  if (session.PlaceName()) plot_.notes.push_back(*session.PlaceName());
+  plot_.notes.push_back("card " + session.CardDescription() + ", tuner " + session.TunerName());
+  plot_.notes.push_back(MegahertzText(plot_.lowKHz) + " to " + MegahertzText(plot_.highKHz) +
+                        " MHz, a reading every " + std::to_string(kind_.stepKHz) + " kHz");
   plot_.rowKHz = kind_.rowKHz;
   plot_.stepKHz = kind_.stepKHz;
   plot_.tellsStereo = kind_.tellsStereo;

@@ -13,9 +13,18 @@ namespace {
 void AddGlobalOptions(CLI::App& app, Options& options) {
   app.set_version_flag("--version", "zelk " ZELK_VERSION, "Print the version and leave");
   app.add_option("--card", options.card,
-                 "The card: virtual:KIND[,key=value...]; 'zelk cards' lists the kinds")
+                 "The card: virtual:KIND[,key=value...], or the name of a capture device; 'zelk "
+                 "cards' lists both; io: one without filters, behind its maker's I/O library")
       ->type_name("CARD")
       ->capture_default_str();
+  app.add_option(
+         "--tuner", options.tuner,
+         "Tuner device of a card that is named by its capture device, or none (default: the "
+         "one that belongs to it)")
+      ->type_name("NAME");
+  app.add_option("--plug", options.plug,
+                 "Plug in a virtual card first, KIND[,key=value...]: the system lists its devices")
+      ->type_name("KIND");
   app.add_option("--air", options.air, "What is on the air: the name of a place, or a place file")
       ->type_name("PLACE|FILE")
       ->capture_default_str();

@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "cli/devices.h"
 #include "platform/control.h"
 #include "virtual_cards/video_standard.h"
 
@@ -11,6 +12,9 @@ namespace zelk::cli {
 namespace {
 
 constexpr std::string_view kVirtualPrefix = "virtual:";
+// A card without filters, which the library reaches through the I/O library of its maker.
+constexpr std::string_view kIoLibrary = "io";
+constexpr std::string_view kNoTuner = "none";
 // Adjacent carriers are several MHz apart in every plan, and the library searches in steps of 250
 // kHz.
 constexpr std::uint32_t kNameToleranceKHz = 200;
@@ -18,12 +22,7 @@ constexpr std::uint32_t kNameToleranceKHz = 200;
 // size.
 constexpr std::uint32_t kTunerNameBytes = 64;
 
-// What stands behind "virtual:".
-std::string CardKindOf(const std::string& option) {
-  if (!option.starts_with(kVirtualPrefix))
-    throw UsageError("--card \"" + option + "\": this build drives virtual cards, virtual:KIND");
-  return option.substr(kVirtualPrefix.size());
-}
+bool IsVirtual(const std::string& card) { return card.starts_with(kVirtualPrefix); }
 
 virtual_cards::Raster RasterOf(const Options& options, const virtual_cards::Air& air) {
   try {
@@ -42,42 +41,98 @@ std::uint32_t StandardOf(const Options& options, const virtual_cards::Raster& ra
   throw UsageError("--standard \"" + options.standard + "\" is none of" + names);
 }
 
-std::unique_ptr<virtual_cards::VirtualCard> PlugIn(const std::string& description,
-                                                   virtual_cards::Air air) {
-  try {
-    return virtual_cards::CreateCard(description, std::move(air));
-  } catch (const std::invalid_argument& error) {
-    throw UsageError(std::string("--card: ") + error.what());
+const Device& DeviceNamed(const std::string& name, const std::vector<Device>& devices,
+                          const std::string& what) {
+  for (const Device& device : devices) {
+    if (device.name == name) return device;
   }
+  throw UsageError(what);
 }
 
-}  // namespace
+ComPtr<IUnknown> FilterOf(const Device& device) {
+  ComPtr<IUnknown> filter = device.MakeFilter();
+  if (!filter) throw Failure("the driver of \"" + device.name + "\" makes no filter");
+  return filter;
+}
 
-Session::Session(const Options& options) : cardDescription_(options.card) {
-  const std::string kind = CardKindOf(options.card);
+std::unique_ptr<virtual_cards::VirtualCard> PlugIn(const std::string& description,
+                                                   const Options& options, const char* option,
+                                                   virtual_cards::Air air) {
   if (options.realtime) {
     host::UseRealClock();
   } else {
     host::UseVirtualClock();
   }
+  try {
+    return virtual_cards::CreateCard(description, std::move(air));
+  } catch (const std::invalid_argument& error) {
+    throw UsageError(std::string(option) + ": " + error.what());
+  }
+}
+
+// The card that --card or --plug names; nothing when they name none.
+std::unique_ptr<virtual_cards::VirtualCard> PlugInChosenCard(const Options& options,
+                                                             virtual_cards::Air air) {
+  if (!IsVirtual(options.card)) return PlugInBesideTheSystem(options, std::move(air));
+  for (const auto& [option, value] :
+       {std::pair("--plug", options.plug), std::pair("--tuner", options.tuner)}) {
+    if (!value.empty())
+      throw UsageError(std::string(option) + " goes with a --card that is no virtual:KIND");
+  }
+  return PlugIn(options.card.substr(kVirtualPrefix.size()), options, "--card", std::move(air));
+}
+
+}  // namespace
+
+std::unique_ptr<virtual_cards::VirtualCard> PlugInBesideTheSystem(const Options& options,
+                                                                  virtual_cards::Air air) {
+  if (options.plug.empty()) return nullptr;
+  return PlugIn(options.plug, options, "--plug", std::move(air));
+}
+
+Session::Session(const Options& options) : cardDescription_(options.card) {
   virtual_cards::Air air = virtual_cards::LoadAir(options.air);
-  placeName_ = air.place;
   raster_ = RasterOf(options, air);
   standard_ = StandardOf(options, raster_);
   country_ = options.country.value_or(static_cast<std::uint32_t>(raster_.countryCode));
-  card_ = PlugIn(kind, std::move(air));
-  if (options.trace) card_->AttachTrace(&trace_);
-  capture_ = card_->CaptureFilter();
-  tuner_ = card_->TunerFilter();
-  const std::optional<std::string> name = FriendlyName();
-  Check(ZELK_HWInit(capture_.Get(), name ? name->c_str() : nullptr, tuner_.Get(),
+  const std::string place = air.place;
+  card_ = PlugInChosenCard(options, std::move(air));
+  if (card_) placeName_ = place;
+  if (options.trace) {
+    if (!card_) throw UsageError("--trace listens to virtual cards alone");
+    card_->AttachTrace(&trace_);
+  }
+  TakeFilters(options);
+  Check(ZELK_HWInit(capture_.Get(), friendlyName_ ? friendlyName_->c_str() : nullptr, tuner_.Get(),
                     options.easternFm ? 1 : 0),
-        "initialise the card \"" + name.value_or(cardDescription_) + '"');
+        "initialise the card \"" + friendlyName_.value_or(cardDescription_) + '"');
 }
 
-std::optional<std::string> Session::FriendlyName() const {
-  if (!capture_) return std::nullopt;
-  return card_->FriendlyName();
+void Session::TakeFilters(const Options& options) {
+  if (options.card == kIoLibrary) return;
+  if (!IsVirtual(options.card)) return FindFilters(options);
+  capture_ = card_->CaptureFilter();
+  tuner_ = card_->TunerFilter();
+  if (capture_) friendlyName_ = card_->FriendlyName();
+}
+
+void Session::FindFilters(const Options& options) {
+  const std::vector<Device> captures = CaptureDevices();
+  const std::vector<Device> tuners = TunerDevices();
+  const Device& capture = DeviceNamed(
+      options.card, captures,
+      "--card \"" + options.card +
+          "\" is neither virtual:KIND nor a capture device of this system; see zelk cards");
+  const Device* tuner = nullptr;
+  if (options.tuner.empty()) {
+    tuner = TunerOf(capture, tuners);
+  } else if (options.tuner != kNoTuner) {
+    tuner = &DeviceNamed(options.tuner, tuners,
+                         "--tuner \"" + options.tuner + "\" is no tuner device of this system");
+  }
+  friendlyName_ = capture.friendlyName;
+  capture_ = FilterOf(capture);
+  if (tuner) tuner_ = FilterOf(*tuner);
 }
 
 void Session::StartTv() {

@@ -26,11 +26,16 @@ struct Signal {
   std::optional<bool> decoderLock;
 };
 
+// The virtual card that --plug asks for, plugged in, and the clock that goes with it; nothing
+// without the option. Throws UsageError for a card that does not exist.
+std::unique_ptr<virtual_cards::VirtualCard> PlugInBesideTheSystem(const Options& options,
+                                                                  virtual_cards::Air air);
+
 class Session {
  public:
-  // Plugs in the card and initialises the library with it. Throws UsageError for a card or raster
-  // that does not exist, Failure (or std::runtime_error from a data file) for one that cannot be
-  // used.
+  // Plugs in or finds the card and initialises the library with it. Throws UsageError for a card or
+  // raster that does not exist, Failure (or std::runtime_error from a data file) for one that
+  // cannot be used.
   explicit Session(const Options& options);
 
   // Switches the card to TV with the standard and country chosen. Commands that look at the board
@@ -42,9 +47,10 @@ class Session {
 
   const virtual_cards::Raster& Raster() const { return raster_; }
   const std::string& CardDescription() const { return cardDescription_; }
-  const std::string& PlaceName() const { return placeName_; }
+  // Where a virtual card is; nothing for a real one, which is where it is.
+  const std::optional<std::string>& PlaceName() const { return placeName_; }
   // The capture filter's; nothing for a card that an I/O library reaches without filters.
-  std::optional<std::string> FriendlyName() const;
+  const std::optional<std::string>& FriendlyName() const { return friendlyName_; }
   std::uint32_t VideoStandard() const { return standard_; }
   std::uint32_t CountryCode() const { return country_; }
 
@@ -75,10 +81,14 @@ class Session {
     ~LibraryHold() { ZELK_Free(); }
   };
 
+  // The card's filters and their name, from the virtual card or from the system's devices.
+  void TakeFilters(const Options& options);
+  void FindFilters(const Options& options);
   HRESULT AskSignal(const Band& band, Signal& signal) const;
 
   std::string cardDescription_;
-  std::string placeName_;
+  std::optional<std::string> placeName_;
+  std::optional<std::string> friendlyName_;
   virtual_cards::Raster raster_;
   std::uint32_t standard_ = 0;
   std::uint32_t country_ = 0;

@@ -10,13 +10,20 @@ namespace zelk {
 
 class ComApartment {
  public:
-  ComApartment() {
-    if (FAILED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)))
+  // A thread whose COM was initialised for several threads keeps it as it is.
+  ComApartment() : result_(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) {
+    constexpr HRESULT kChangedMode = static_cast<HRESULT>(0x80010106);
+    if (FAILED(result_) && result_ != kChangedMode)
       throw std::runtime_error("COM cannot be initialised");
   }
-  ~ComApartment() { CoUninitialize(); }
+  ~ComApartment() {
+    if (SUCCEEDED(result_)) CoUninitialize();
+  }
   ComApartment(const ComApartment&) = delete;
   ComApartment& operator=(const ComApartment&) = delete;
+
+ private:
+  const HRESULT result_;
 };
 
 }  // namespace zelk

@@ -18,10 +18,10 @@ inline ComPtr<IEnumMoniker> EnumerateCategory(REFCLSID category) {
   return monikers;
 }
 
-// A device's friendly name, for as long as the object lives.
-class DeviceName {
+// A text among a device's properties, for as long as the object lives.
+class DeviceText {
  public:
-  explicit DeviceName(IMoniker& moniker) {
+  DeviceText(IMoniker& moniker, const OLECHAR* property) {
     VariantInit(&value_);
     ComPtr<IPropertyBag> properties;
     if (FAILED(moniker.BindToStorage(nullptr, nullptr, IidOf<IPropertyBag>(),
@@ -31,19 +31,24 @@ class DeviceName {
     }
     value_.vt = VT_BSTR;
     value_.bstrVal = nullptr;
-    known_ = properties->Read(L"FriendlyName", &value_, nullptr) == S_OK && value_.vt == VT_BSTR &&
+    known_ = properties->Read(property, &value_, nullptr) == S_OK && value_.vt == VT_BSTR &&
              value_.bstrVal;
   }
-  DeviceName(const DeviceName&) = delete;
-  DeviceName& operator=(const DeviceName&) = delete;
-  ~DeviceName() { VariantClear(&value_); }
+  DeviceText(const DeviceText&) = delete;
+  DeviceText& operator=(const DeviceText&) = delete;
+  ~DeviceText() { VariantClear(&value_); }
 
-  // Null when the device does not tell its name.
+  // Null when the device does not tell.
   const OLECHAR* Get() const { return known_ ? value_.bstrVal : nullptr; }
 
  private:
   VARIANT value_;
   bool known_ = false;
+};
+
+class DeviceName : public DeviceText {
+ public:
+  explicit DeviceName(IMoniker& moniker) : DeviceText(moniker, L"FriendlyName") {}
 };
 
 }  // namespace zelk

@@ -28,6 +28,7 @@ constexpr const char* kFolder = "virtual-io";
 
 struct OfferedModule {
   HMODULE module;
+  ForwardEntry* forward;
   std::string name;
   std::vector<std::string> entries;
   int loads = 0;
@@ -51,7 +52,8 @@ OfferedModule* Find(ModuleTable& table, HMODULE module) {
 }
 
 std::string PathOf(std::string_view name) {
-  const auto path = ModulePathOf(reinterpret_cast<const void*>(&PathOf)).parent_path() / kFolder / name;
+  const auto path =
+      ModulePathOf(reinterpret_cast<const void*>(&PathOf)).parent_path() / kFolder / name;
   return path.string();
 }
 
@@ -60,7 +62,7 @@ void Withdraw(ModuleTable& table, std::string_view name) {
   for (OfferedModule& entry : table.modules) {
     if (!entry.offered || lstrcmpiA(entry.name.c_str(), std::string(name).c_str()) != 0) continue;
     entry.offered = false;
-    Connect(entry.module, {});
+    entry.forward(nullptr, nullptr);
     systemFree(entry.module);
   }
   std::erase_if(table.modules,
@@ -77,9 +79,15 @@ void RegisterModule(std::string_view name, const std::vector<ModuleEntry>& entri
   const std::string path = PathOf(name);
   const HMODULE module = systemLoad(path.c_str());
   if (!module) throw std::runtime_error("cannot load " + path);
-  OfferedModule offered{.module = module, .name = std::string(name), .entries = {}};
-  for (const ModuleEntry& entry : entries) offered.entries.emplace_back(entry.name);
-  Connect(module, entries);
+  const auto forward = reinterpret_cast<ForwardEntry*>(
+      reinterpret_cast<void (*)()>(systemFind(module, kForwardEntry)));
+  OfferedModule offered{
+      .module = module, .forward = forward, .name = std::string(name), .entries = {}};
+  for (const ModuleEntry& entry : entries) {
+    if (!forward || !forward(entry.name, reinterpret_cast<void*>(entry.address)))
+      throw std::runtime_error(path + " has no entry point " + entry.name);
+    offered.entries.emplace_back(entry.name);
+  }
   table.modules.push_back(std::move(offered));
 }
 
@@ -102,7 +110,13 @@ HMODULE WINAPI LoadCounted(LPCSTR name) {
   const HMODULE module = systemLoad(name);
   ModuleTable& table = Table();
   const std::lock_guard lock(table.mutex);
-  if (OfferedModule* const entry = Find(table, module)) ++entry->loads;
+  OfferedModule* const entry = Find(table, module);
+  if (!entry) return module;
+  if (!entry->offered) {  // no more than in the memory of those who hold it still
+    systemFree(module);
+    return nullptr;
+  }
+  ++entry->loads;
   return module;
 }
 

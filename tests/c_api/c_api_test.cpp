@@ -56,7 +56,7 @@ TEST_F(CApi, PlaysWhatTheAirSays) {
   const auto file = std::filesystem::temp_directory_path() / "zelk_c_api_test.json";
   std::ofstream(file) << R"({"place": "Hill", "raster": "pal-bg", "fm": [],
     "tv": [{"channel": "E6", "station": "Relay", "level_dbuv": 60}]})";
-  Plug("saa7134,tuner=14", file.c_str());
+  Plug("saa7134,tuner=14", file.string().c_str());
   std::filesystem::remove(file);
   ASSERT_EQ(Init(), ZELK_S_OK);
   EXPECT_EQ(ZELK_TVInit(), ZELK_S_OK);

@@ -1,8 +1,6 @@
 // What the single commands print.
 #include <gmock/gmock.h>
 
-#include <sys/wait.h>
-
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
@@ -111,20 +109,6 @@ TEST(Output, OfTheTraceGoesToStandardErrorAlone) {
   EXPECT_EQ(plain.err, "");
   // (175250 + 38900) * 16 / 1000 = 3426, high band III.
   EXPECT_THAT(traced.err, HasSubstr("0D 62 CE 90"));
-}
-
-TEST(Output, ThatNobodyCanReceiveIsAFailure) {
-  const Zelk zelk;
-  std::filesystem::create_symlink("/dev/full", zelk.Folder() / "full");
-  EXPECT_EQ(zelk.Run("cards").exitCode, 0);
-  const std::string command = std::string("cd ") + zelk.Folder().Path() + " && " + ZELK_PROGRAM +
-                              " cards > full 2> complaint";
-  const int status = std::system(command.c_str());
-  EXPECT_EQ(WEXITSTATUS(status), 1);
-  std::ifstream complaint(zelk.Folder() / "complaint");
-  std::string line;
-  std::getline(complaint, line);
-  EXPECT_EQ(line, "zelk: cannot write to standard output");
 }
 
 }  // namespace

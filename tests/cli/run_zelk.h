@@ -26,7 +26,7 @@ class Zelk {
   // Presses Ctrl-C as soon as standard error contains this text.
   std::string interruptAt;
 
-  // A line as one would type it, words separated by blanks.
+  // A line as one would type it, words separated by blanks or in double quotes.
   ZelkRun Run(std::string_view line) const;
   const zelk::testing::TempFolder& Folder() const { return folder_; }
 

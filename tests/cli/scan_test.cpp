@@ -151,21 +151,5 @@ TEST(Scan, StopsBehindTheFrequencyAskedFor) {
   EXPECT_FALSE(scan.at("interrupted"));
 }
 
-TEST(Scan, ShowsItsProgressOnATerminalAndPrintsWhatItHasOnCtrlC) {
-  Zelk zelk;
-  zelk.terminal = true;
-  zelk.interruptAt = " 1 found";
-  zelk.Folder().Write("hill.json", R"({"place": "Hill", "raster": "pal-bg", "fm": [],
-    "tv": [{"channel": "E2", "station": "Relay", "level_dbuv": 60},
-           {"channel": "K65", "station": "Relay", "level_dbuv": 60}]})");
-  const ZelkRun run = zelk.Run("scan tv --realtime --air hill.json");
-  EXPECT_EQ(run.exitCode, 130);
-  EXPECT_THAT(run.out, HasSubstr(" E2 "));
-  EXPECT_THAT(run.out, Not(HasSubstr("K65")));
-  EXPECT_THAT(run.out, HasSubstr("Interrupted at "));
-  EXPECT_THAT(run.err, HasSubstr("MHz  1 found"));
-  EXPECT_TRUE(run.err.ends_with("\r\x1b[K")) << "the bar stays behind: " << run.err;
-}
-
 }  // namespace
 }  // namespace zelk::test

@@ -206,7 +206,8 @@ TEST_F(QuillonHwInit, TheGraphIsShownOnRequestAlone) {
     const auto entries = RunningObjects(&object);
     ASSERT_EQ(entries.size(), 1u);
     const std::string name(entries[0].begin(), entries[0].end());
-    EXPECT_THAT(name, MatchesRegex("!FilterGraph [0-9a-f]{8} pid [0-9a-f]{8}"));
+    EXPECT_THAT(name, MatchesRegex("!FilterGraph \\w\\w\\w\\w\\w\\w\\w\\w pid "
+                                   "\\w\\w\\w\\w\\w\\w\\w\\w"));
     // What a graph editor would find there: the four devices by name.
     ComPtr<IGraphBuilder> graph;
     ASSERT_EQ(Query(object.Get(), graph), S_OK);

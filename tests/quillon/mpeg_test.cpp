@@ -1,4 +1,6 @@
 // The encoder's parameters, to the card and back.
+#include <cstring>
+
 #include "tests/quillon/quillon_test.h"
 
 namespace zelk::test {

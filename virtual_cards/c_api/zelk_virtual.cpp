@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "ZElkVirtual.h"
+#include "platform/com_apartment.h"
 #include "virtual_cards/cards/virtual_card.h"
 
 using namespace zelk::virtual_cards;
@@ -75,11 +76,13 @@ bool pluggedIn = false;
 }  // namespace
 
 struct ZELKV_Card {
-  explicit ZELKV_Card(std::unique_ptr<VirtualCard> made) : card(std::move(made)) {
+  ZELKV_Card(std::string_view description, Air air)
+      : card(CreateCard(description, std::move(air))) {
     pluggedIn = true;
   }
   ~ZELKV_Card() { pluggedIn = false; }
 
+  const zelk::ComApartment com;          // programs in C have seldom heard of it
   std::unique_ptr<CallbackTrace> trace;  // outlives the card that it is attached to
   const std::unique_ptr<VirtualCard> card;
 };
@@ -100,9 +103,8 @@ ZELKV_Card* ZELK_CALL ZELKV_PlugIn(const char* description, const char* air) {
   return Guard<ZELKV_Card*>(nullptr, [&] {
     // Two cards would answer for one COM class.
     if (pluggedIn) throw std::logic_error("a card is plugged in already");
-    auto card = CreateCard(description ? std::string_view(description) : kDefaultCard,
-                           LoadAir(air ? std::string_view(air) : kDefaultPlace));
-    return new ZELKV_Card(std::move(card));
+    return new ZELKV_Card(description ? std::string_view(description) : kDefaultCard,
+                          LoadAir(air ? std::string_view(air) : kDefaultPlace));
   });
 }
 

@@ -2,11 +2,14 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
+#include "platform/dshow.h"
 #include "virtual_cards/cards/card_object.h"
+#include "virtual_cards/cards/registration.h"
 #include "virtual_cards/cards/request_gate.h"
 #include "virtual_cards/cards/virtual_card.h"
 
@@ -39,6 +42,14 @@ class PluggedCard : public Card {
         captureFilter_(std::move(captureFilter)),
         tunerFilter_(std::move(tunerFilter)) {}
 
+  // Puts the filters among the system's devices, where applications look for them.
+  void RegisterFilters() {
+    if (captureFilter_)
+      captureDevice_.emplace(kCategoryVideoInput, WideName(friendlyName_), captureFilter_.Get());
+    if (tunerFilter_)
+      tunerDevice_.emplace(kCategoryTvTuner, WideName(TunerNameBeside(friendlyName_)),
+                           tunerFilter_.Get());
+  }
   // To be called when everything is made and registered: what the card itself and its registrations
   // hold is nobody else's.
   void CountOwnReferences() { ownReferences_ = *references_; }
@@ -50,6 +61,8 @@ class PluggedCard : public Card {
   const std::string friendlyName_;
   const ComPtr<IUnknown> captureFilter_;
   const ComPtr<IUnknown> tunerFilter_;
+  std::optional<DeviceRegistration> captureDevice_;
+  std::optional<DeviceRegistration> tunerDevice_;
   int ownReferences_ = 0;
 };
 

@@ -3,8 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
-// The only place in the cards that knows the host: on Windows, devices are put into their
-// categories by the system's own installer.
+// The only place in the cards that speaks to the system as no driver does.
 #include "platform/control.h"
 
 namespace zelk::virtual_cards {
@@ -22,6 +21,16 @@ DeviceRegistration::DeviceRegistration(REFCLSID category, std::wstring friendlyN
     : token_(host::AddDevice(category, std::move(friendlyName), device)) {}
 
 DeviceRegistration::~DeviceRegistration() { host::RemoveDevice(token_); }
+
+std::wstring WideName(std::string_view plain) { return {plain.begin(), plain.end()}; }
+
+std::string TunerNameBeside(std::string captureName) {
+  for (const std::string_view word : {"Video Capture", "Capture"}) {
+    const std::size_t at = captureName.find(word);
+    if (at != std::string::npos) return captureName.replace(at, word.size(), "TV Tuner");
+  }
+  return captureName + " TV Tuner";
+}
 
 ModuleRegistration::ModuleRegistration(std::string fileName,
                                        const std::vector<ModuleEntryPoint>& entries)

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/com.h"
@@ -33,6 +34,13 @@ class DeviceRegistration {
  private:
   std::uint32_t token_;
 };
+
+// A plain name as devices have it.
+std::wstring WideName(std::string_view plain);
+// What an installer calls the tuner of a card whose capture device has this name: "... TV Tuner"
+// for
+// "... Video Capture".
+std::string TunerNameBeside(std::string captureName);
 
 struct ModuleEntryPoint {
   const char* name;

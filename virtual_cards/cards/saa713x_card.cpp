@@ -27,6 +27,7 @@ class PluggedSaa713x final : public PluggedCard<Saa713xCard, Saa713xHardware> {
         tvAudio_(MakeTvAudio(hardware)),
         vampRegistration_(kClsidVampService, vampClass_.Get()),
         tvAudioRegistration_(kCategoryTvAudio, kTvAudioName, tvAudio_.Get()) {
+    RegisterFilters();
     CountOwnReferences();
   }
 

@@ -60,6 +60,7 @@ class PluggedBtCard : public PluggedCard<Card, Hardware> {
     } else {
       hardware->Driver().Start();
     }
+    this->RegisterFilters();
     this->CountOwnReferences();
   }
 

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <iomanip>
 #include <sstream>
 #include <stdexcept>
 
@@ -37,7 +38,7 @@ Channel OpenTerminal() {
 std::vector<std::string> Words(std::string_view line) {
   std::istringstream in{std::string(line)};
   std::vector<std::string> words;
-  for (std::string word; in >> word;) words.push_back(word);
+  for (std::string word; in >> std::quoted(word);) words.push_back(word);
   return words;
 }
 

@@ -1,0 +1,64 @@
+// What needs a terminal, Ctrl-C or a full disk.
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+#include "run_zelk.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+TEST(Terminal, ShowsAScansProgressAndWhatItHasOnCtrlC) {
+  Zelk zelk;
+  zelk.terminal = true;
+  zelk.interruptAt = " 1 found";
+  zelk.Folder().Write("hill.json", R"({"place": "Hill", "raster": "pal-bg", "fm": [],
+    "tv": [{"channel": "E2", "station": "Relay", "level_dbuv": 60},
+           {"channel": "K65", "station": "Relay", "level_dbuv": 60}]})");
+  const ZelkRun run = zelk.Run("scan tv --realtime --air hill.json");
+  EXPECT_EQ(run.exitCode, 130);
+  EXPECT_THAT(run.out, HasSubstr(" E2 "));
+  EXPECT_THAT(run.out, Not(HasSubstr("K65")));
+  EXPECT_THAT(run.out, HasSubstr("Interrupted at "));
+  EXPECT_THAT(run.err, HasSubstr("MHz  1 found"));
+  EXPECT_TRUE(run.err.ends_with("\r\x1b[K")) << "the bar stays behind: " << run.err;
+}
+
+TEST(Terminal, CtrlCLeavesAnEarlierPictureAlone) {
+  Zelk zelk;
+  zelk.Folder().Write("old.svg", "old picture");
+  zelk.terminal = true;
+  zelk.interruptAt = "measuring";
+  const ZelkRun run = zelk.Run("scan fm --from 88.5MHz --to 89.5MHz --plot old.svg --realtime");
+  EXPECT_EQ(run.exitCode, 130);
+  EXPECT_THAT(run.out, HasSubstr("88.600"));
+  EXPECT_THAT(run.out, HasSubstr("Interrupted: no picture\n"));
+  std::ifstream picture(zelk.Folder() / "old.svg");
+  std::string content;
+  std::getline(picture, content);
+  EXPECT_EQ(content, "old picture");
+}
+
+TEST(FullDisk, IsAFailureOfWhatIsPrintedAndOfAPicture) {
+  const Zelk zelk;
+  EXPECT_EQ(zelk.Run("scan fm --plot /dev/full").exitCode, 1);
+  std::filesystem::create_symlink("/dev/full", zelk.Folder() / "full");
+  EXPECT_EQ(zelk.Run("cards").exitCode, 0);
+  const std::string command = std::string("cd ") + zelk.Folder().Path() + " && " + ZELK_PROGRAM +
+                              " cards > full 2> complaint";
+  const int status = std::system(command.c_str());
+  EXPECT_EQ(WEXITSTATUS(status), 1);
+  std::ifstream complaint(zelk.Folder() / "complaint");
+  std::string line;
+  std::getline(complaint, line);
+  EXPECT_EQ(line, "zelk: cannot write to standard output");
+}
+
+}  // namespace
+}  // namespace zelk::test
