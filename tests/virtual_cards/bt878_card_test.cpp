@@ -127,6 +127,8 @@ TEST_F(Bt878Test, RefusedRequestsDoNotReachTheHardware) {
   card_->Refuse("lock 0 :=", E_UNEXPECTED);
   EXPECT_EQ(on.Set(6, Block(32).Byte(24, 1)), E_UNEXPECTED);
   EXPECT_FALSE(card_->Lock(0));
+  EXPECT_EQ(on.Set(7, Block(32).Byte(24, 2)), S_OK);
+  EXPECT_FALSE(card_->Lock(1)) << "1 alone is on";
 }
 
 // Only a block of the right length holds a command; any other is a request like those of the other

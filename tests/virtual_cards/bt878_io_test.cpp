@@ -51,8 +51,9 @@ TEST_F(Bt878IoTest, CallsOutOfOrderDoNothing) {
   io.Call<void, int, int, std::uint32_t*, int>("GETGPDATABITS", 15, 24, &pins, 0);
   EXPECT_EQ(pins, 7u) << "no such pin: nothing is stored";
   io.Free();
-  EXPECT_EQ(io.Transfer({0xC2}), 0);
   EXPECT_EQ(io.IsInitOk(), 0);
+  io.Init();
+  EXPECT_EQ(io.Transfer({0xC2}), 0) << "the mode has to be set anew";
 }
 
 TEST_F(Bt878IoTest, ALibraryOutlivesItsCard) {

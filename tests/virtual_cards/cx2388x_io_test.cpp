@@ -13,20 +13,6 @@ constexpr IoClient::Names kPioGate880 = {
 
 using Cx2388xIoTest = BtCardTest<Cx2388xCard, Cx2388xOptions>;
 
-TEST_F(Cx2388xIoTest, LockOfTheDecoder) {
-  Plug({.tunerType = 24, .ioLibrary = true}, AirWith(175250, AnalogVideo_NTSC_M));
-  EXPECT_FALSE(card_->CaptureFilter());
-  EXPECT_EQ(LoadLibraryA("PioGate.dll"), nullptr);
-  const IoClient io(kPioGate880);
-  io.Init();
-  io.InitSwMode();
-  EXPECT_EQ(io.Transfer({0xC0, 0x0D, 0xD0, 0xCE, 0x02}), 5);
-  EXPECT_EQ(io.Decoder(0x100), 0);
-  Sleep(60);
-  EXPECT_EQ(io.Decoder(0x100), 0x20);
-  EXPECT_EQ(io.Decoder(0), 0);
-}
-
 TEST_F(Cx2388xIoTest, PortsAndUnusedEntryPoints) {
   Plug({.ioLibrary = true});
   Listen();

@@ -95,6 +95,13 @@ TEST_F(Ql2FiltersTest, FiltersForgetTheirGraph) {
     EXPECT_EQ(ComPtr<IFilterGraph>::Adopt(info.pGraph).Get(), graph.Get());
     EXPECT_STREQ(info.achName, device.name);
   }
+  // A name that does not fit is cut.
+  const std::wstring longName(200, L'x');
+  EXPECT_EQ(Filter(kDevices[0])->JoinFilterGraph(graph.Get(), longName.c_str()), S_OK);
+  EXPECT_EQ(Filter(kDevices[0])->QueryFilterInfo(&info), S_OK);
+  EXPECT_EQ(ComPtr<IFilterGraph>::Adopt(info.pGraph).Get(), graph.Get());
+  EXPECT_EQ(std::wstring(info.achName), longName.substr(0, std::size(info.achName) - 1));
+
   EXPECT_EQ(graph->RemoveFilter(Filter(kDevices[1]).Get()), S_OK);
   graph.Reset();
   for (const Device& device : kDevices) {
