@@ -1,6 +1,7 @@
 // zelk eeprom, zelk i2c, zelk remote, zelk lock
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <optional>
 
 #include "cli/commands.h"
 #include "cli/output.h"
@@ -25,6 +26,27 @@ struct I2cArguments {
   std::vector<std::string> bytes;
 };
 
+// Bt878 cards refuse the bytes that were never programmed. Where the card gives nothing at all, its
+// first refusal is the failure.
+std::vector<std::optional<std::uint8_t>> ReadEeprom(const Session& session, std::uint32_t offset,
+                                                    std::uint32_t length) {
+  std::vector<std::optional<std::uint8_t>> bytes(length);
+  HRESULT refusal = ZELK_S_OK;
+  bool any = false;
+  for (std::uint32_t i = 0; i < length; ++i) {
+    std::uint8_t byte = 0;
+    const HRESULT code = ZELK_ReadEEPROM(offset + i, &byte);
+    if (code >= 0) {
+      bytes[i] = byte;
+      any = true;
+    } else if (refusal >= 0) {
+      refusal = code;
+    }
+  }
+  if (!any) session.Check(refusal, "read the EEPROM from byte " + HexText(offset) + " on");
+  return bytes;
+}
+
 int DumpEeprom(const Options& options, const EepromArguments& arguments) {
   const std::uint32_t offset = ParseNumber(arguments.offset, kEepromBytes - 1, "--offset");
   const std::uint32_t left = kEepromBytes - offset;
@@ -32,15 +54,14 @@ int DumpEeprom(const Options& options, const EepromArguments& arguments) {
       arguments.length.empty() ? left : ParseNumber(arguments.length, left, "--length");
 
   const Session session(options);
-  std::vector<std::uint8_t> bytes(length);
-  for (std::uint32_t i = 0; i < length; ++i)
-    session.Check(ZELK_ReadEEPROM(offset + i, &bytes[i]),
-                  "read EEPROM byte " + HexText(offset + i));
+  const auto bytes = ReadEeprom(session, offset, length);
   if (options.json) {
+    Json list = Json::array();
+    for (const auto& byte : bytes) list.push_back(OrNull(byte));
     PrintJson({{"command", "eeprom"},
                {"card", session.CardDescription()},
                {"offset", offset},
-               {"bytes", bytes}});
+               {"bytes", list}});
   } else {
     PrintHexDump(std::cout, offset, bytes);
   }

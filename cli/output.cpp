@@ -67,7 +67,7 @@ void Table::Print(std::ostream& out) const {
 }
 
 void PrintHexDump(std::ostream& out, std::uint32_t firstOffset,
-                  const std::vector<std::uint8_t>& bytes) {
+                  const std::vector<std::optional<std::uint8_t>>& bytes) {
   constexpr std::size_t kPerLine = 16;
   for (std::size_t start = 0; start < bytes.size(); start += kPerLine) {
     std::string line = Formatted("%02x ", static_cast<unsigned>(firstOffset + start));
@@ -77,8 +77,9 @@ void PrintHexDump(std::ostream& out, std::uint32_t firstOffset,
         line += "   ";
         continue;
       }
-      line += Formatted(" %02x", static_cast<unsigned>(bytes[i]));
-      text += bytes[i] >= 0x20 && bytes[i] < 0x7F ? static_cast<char>(bytes[i]) : '.';
+      const std::uint8_t byte = bytes[i].value_or(0);
+      line += bytes[i] ? Formatted(" %02x", static_cast<unsigned>(byte)) : " --";
+      text += byte >= 0x20 && byte < 0x7F ? static_cast<char>(byte) : '.';
     }
     out << line << "  |" << text << "|\n";
   }

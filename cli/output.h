@@ -44,8 +44,9 @@ class Table {
   std::vector<std::vector<std::string>> rows_;
 };
 
-// Sixteen bytes a line with their offset and what they spell in ASCII.
+// Sixteen bytes a line with their offset and what they spell in ASCII; "--" for a byte that is not
+// known.
 void PrintHexDump(std::ostream& out, std::uint32_t firstOffset,
-                  const std::vector<std::uint8_t>& bytes);
+                  const std::vector<std::optional<std::uint8_t>>& bytes);
 
 }  // namespace zelk::cli

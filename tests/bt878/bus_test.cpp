@@ -1,4 +1,6 @@
 // Each transaction of a Bt878 card step by step, over its driver and over PioGate.dll.
+#include <functional>
+
 #include "api/library.h"
 #include "platform/control.h"
 #include "tests/support/bt_test.h"
@@ -107,50 +109,35 @@ TEST_F(Bt878Bus, DemodulatorByHardware) {
 
 // What one refused request makes of an operation: its result and the lines of the log.
 TEST_F(Bt878Bus, RefusedRequests) {
+  const auto tune = [] { return ZELK_SetFreq(175250, nullptr); };
+  std::uint32_t present = 0;
+  const auto read = [&] { return ZELK_IsSignalPresent(&present, nullptr, nullptr); };
+  const auto setAudio = [] { return ZELK_FMInit(), ZELK_FMSetAudioMode(1); };
+  const auto readAudio = [&] {
+    return ZELK_FMInit(), ZELK_FMIsSignalPresent(&present, nullptr, nullptr);
+  };
   struct Case {
     const char* request;
-    HRESULT (*operation)();
+    std::function<HRESULT()> operation;
     HRESULT result;
     Strings log;
   };
-  const auto tune = [] { return ZELK_SetFreq(175250, nullptr); };
-  const auto read = [] {
-    std::uint32_t present;
-    return ZELK_IsSignalPresent(&present, nullptr, nullptr);
-  };
-  const auto setAudio = [] { return ZELK_FMInit(), ZELK_FMSetAudioMode(1); };
-  const auto readAudio = [] {
-    std::uint32_t present;
-    ZELK_FMInit();
-    return ZELK_FMIsSignalPresent(&present, nullptr, nullptr);
-  };
-  const std::string write = "BT878 Internal_I2CSWWrite() fail";
+  // Without a start nobody listens to the bytes.
+  const Strings unheard(6, "BT878 Internal_I2CSWWrite() fail");
+  const Strings noSequence = {"BT878 Internal_I2CHWWriteSequence() fail"};
   const Case cases[] = {
-      {"i2c start",
-       tune,
-       S_OK,
-       {"BT878 Internal_I2CSWStart() fail", write, write, write, write, write, write}},
-      {"i2c write-byte", tune, S_OK, Strings(6, write)},
+      {"i2c start", tune, S_OK, Joined({{"BT878 Internal_I2CSWStart() fail"}, unheard})},
+      {"i2c write-byte", tune, S_OK, unheard},
       {"i2c stop", tune, kRefused, {"BT878 Internal_I2CSWStop() fail"}},
       {"i2c order read-byte", read, S_OK, {}},
       {"i2c read-byte", read, S_OK, {"BT878 Internal_I2CSWRead() fail"}},
+      {"capture query IAMAnalogVideoDecoder", read, S_OK, {}},
       {"i2c setup software", setAudio, S_OK, {"BT878: Initial I2C fail"}},
-      {"i2c write 86: 00 4E 90 4B",
-       setAudio,
-       kRefused,
-       {"BT878 Internal_I2CHWWriteSequence() fail"}},
-      {"i2c result", setAudio, kRefused, {"BT878 Internal_I2CHWWriteSequence() fail"}},
+      {"i2c write 86: 00 4E 90 4B", setAudio, kRefused, noSequence},
+      {"i2c result", setAudio, kRefused, noSequence},
       {"i2c order read 86", readAudio, S_OK, {}},
       {"i2c read 86", readAudio, kRefused, {"BT878 Internal_I2CHWRead() fail"}},
-      {"capture query IAMAnalogVideoDecoder",
-       [] {
-         std::uint32_t present = 0;
-         return ZELK_IsSignalPresent(&present, nullptr, nullptr);
-       },
-       S_OK,
-       {}},
   };
-  // Without a start nobody listens to the bytes.
   for (const Case& one : cases) {
     PlugBoard(kBt878, {.tunerType = 13});
     card->Refuse(one.request, one.result == S_OK ? E_FAIL : one.result);
@@ -182,35 +169,25 @@ TEST_F(Bt878Bus, EepromOverTheDriver) {
   const Strings unheard = {"i2c start", "i2c write-byte A0 -> nak", "i2c stop"};
   EXPECT_EQ(TakeTrace(), Joined({unheard, unheard, unheard}));
 
-  // A chip that answers only its probe, its address or its register: ten attempts, then the
-  // eleventh's stop and start.
-  struct Case {
-    const char* refused;
-    Strings attempt, between;
-  };
+  // A chip that does not hear its register, or not the reading: ten attempts, then the eleventh's
+  // stop and start.
   const Strings a0 = Sent(kBt878, {"A0"});
-  const Case cases[] = {
-      {"i2c write-byte 50",
-       Joined({{"i2c start"}, a0, {"i2c write-byte 50 -> 80004005", "i2c stop"}}),
-       {"i2c stop"}},
-      {"i2c write-byte A1",
-       Joined({{"i2c start"},
-               Sent(kBt878, {"A0", "50"}),
-               {"i2c stop", "i2c start", "i2c write-byte A1 -> 80004005", "i2c stop"}}),
-       {"i2c stop"}},
-  };
-  for (const Case& one : cases) {
+  const Strings a050 = Sent(kBt878, {"A0", "50"});
+  for (const auto& [refused, attempt] :
+       {std::pair{"50", Joined({{"i2c start"}, a0, {"i2c write-byte 50 -> 80004005"}})},
+        {"A1", Joined({{"i2c start"},
+                       a050,
+                       {"i2c stop", "i2c start"},
+                       {"i2c write-byte A1 -> 80004005"}})}}) {
     PlugBoard(kBt878, {.eeprom = MakeEeprom({{0x41, 2}, {0x50, 0x5A}})});
-    card->Refuse(one.refused, E_FAIL);
+    card->Refuse(std::string("i2c write-byte ") + refused, E_FAIL);
     byte = 0xAA;
     EXPECT_EQ(ZELK_ReadEEPROM(0x50, &byte), E_FAIL);
     EXPECT_EQ(byte, 0xAA) << "the place is left alone";
     Strings expected = probe;
-    for (int attempt = 0; attempt < 10; ++attempt) {
-      if (attempt > 0) expected = Joined({expected, one.between});
-      expected = Joined({expected, one.attempt});
-    }
-    EXPECT_EQ(TakeTrace(), Joined({expected, {"i2c stop", "i2c start"}})) << one.refused;
+    for (int i = 0; i < 10; ++i) expected = Joined({expected, attempt, {"i2c stop", "i2c stop"}});
+    expected.push_back("i2c start");
+    EXPECT_EQ(TakeTrace(), expected) << refused;
   }
 }
 
@@ -229,41 +206,35 @@ TEST_F(Bt878Bus, EepromOverTheLibrary) {
 }
 
 TEST_F(Bt878Bus, RemoteControl) {
+  std::uint32_t code = 0xAAAAAAAA;
   for (const CardSetUp& wanted : {kBt878, kBt878Io}) {
     PlugBoard(wanted);
-    const auto read = [&] {
-      std::uint32_t code = 0xAAAAAAAA;
-      EXPECT_EQ(ZELK_GetRemoteData(&code), S_OK);
-      return code;
-    };
-    EXPECT_EQ(read(), 0u);
     Strings expected;
     for (int pin = 15; pin <= 23; ++pin) {
-      if (wanted.ioLibrary) {
-        expected.push_back("io SETGPIEBIT " + std::to_string(pin) + " 0");
-      } else {
-        expected.push_back("gpio " + std::to_string(pin) + " input");
-        expected.push_back("gpio result");
-      }
+      const std::string number = std::to_string(pin);
+      expected = Joined({expected, wanted.ioLibrary
+                                       ? Strings{"io SETGPIEBIT " + number + " 0"}
+                                       : Strings{"gpio " + number + " input", "gpio result"}});
     }
-    Strings trace = TakeTrace();
-    ASSERT_GT(trace.size(), expected.size());
-    EXPECT_TRUE(trace.back().starts_with(wanted.ioLibrary ? "io GETGPDATABITS 15-23 -> "
-                                                          : "gpio 15-23 -> "));
-    trace.resize(expected.size());
-    EXPECT_EQ(trace, expected);
-    for (const unsigned code : {0xFFu, 0x02u, 0x7Eu, 0xABu}) {
-      card->PressKey(static_cast<std::uint8_t>(code));
-      EXPECT_EQ(read(), code);
+    EXPECT_EQ(ZELK_GetRemoteData(&code), S_OK);
+    EXPECT_EQ(code, 0u);
+    EXPECT_EQ(
+        TakeTrace(),
+        Joined({expected, wanted.ioLibrary ? Strings{"io GETGPDATABITS 15-23 -> 0"}
+                                           : Strings{"gpio order 15-23", "gpio 15-23 -> 0"}}));
+    for (const std::uint8_t key : {0xFF, 0x02, 0x7E, 0xAB}) {
+      card->PressKey(key);
+      EXPECT_EQ(ZELK_GetRemoteData(&code), S_OK);
+      EXPECT_EQ(code, key);
     }
     card->ReleaseKey();
-    EXPECT_EQ(read(), 0u);
+    EXPECT_EQ(ZELK_GetRemoteData(&code), S_OK);
+    EXPECT_EQ(code, 0u);
   }
-  std::uint32_t code = 77;
-  card->Refuse("gpio 15-23", kRefused);
   PlugBoard(kBt878);
   card->PressKey(0xFF);
   card->Refuse("gpio 15-23", kRefused);
+  code = 77;
   EXPECT_EQ(ZELK_GetRemoteData(&code), kRefused);
   EXPECT_EQ(code, 0u);
   EXPECT_THAT(TakeLog(), IsEmpty());

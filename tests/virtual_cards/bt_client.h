@@ -89,14 +89,6 @@ struct BtClient {
     return block;
   }
 
-  // --- Locks: the property says which ---
-  HRESULT SetLock(DWORD property, BYTE on) const { return Set(property, Block(32).Byte(24, on)); }
-  // 0 or 1, or -1 for a request that failed.
-  int GetLock(DWORD property) const {
-    Block block(32);
-    return Get(property, block) == S_OK ? block.ByteAt(24) : -1;
-  }
-
   // --- Tuner filter ---
   HRESULT Tune(ULONG hertz, ULONG country) const {
     return SetTuner(KSPROPERTY_TUNER_FREQUENCY, Block(56).Word(24, hertz).Word(48, country));
@@ -130,7 +122,6 @@ class IoClient {
   IoClient& operator=(const IoClient&) = delete;
 
   bool Loaded() const { return module_ != nullptr; }
-  bool Has(const char* name) const { return GetProcAddress(module_, name) != nullptr; }
   template <class Result, class... Arguments>
   Result Call(const char* name, Arguments... arguments) const {
     const FARPROC address = GetProcAddress(module_, name);
@@ -143,33 +134,20 @@ class IoClient {
   void Free() const { Call<void>(names_.free); }
   int IsInitOk() const { return Call<int>(names_.isInitOk); }
   void InitSwMode(int hertz = 100000) const { Call<void>(names_.initSwMode, hertz); }
-  void Start() const { Call<void>(names_.start); }
-  int Write(int byte) const { return Call<int>(names_.write, byte); }
   BYTE Read() const {
     BYTE byte = 0x55;
     Call<void>(names_.read, &byte);
     return byte;
   }
-  void Stop() const { Call<void>(names_.stop); }
   int Decoder(int index) const { return Call<int>(names_.decoder, index); }
 
-  // Whole transfers. A write answers how many bytes were acknowledged, the address among them.
+  // A whole write; how many bytes were acknowledged, the address among them.
   int Transfer(const std::vector<int>& bytes) const {
     int acknowledged = 0;
-    Start();
-    for (const int byte : bytes) acknowledged += Write(byte);
-    Stop();
+    Call<void>(names_.start);
+    for (const int byte : bytes) acknowledged += Call<int>(names_.write, byte);
+    Call<void>(names_.stop);
     return acknowledged;
-  }
-  BYTE ReadAt(int address, int subaddress) const {
-    Start();
-    Write(address);
-    Write(subaddress);
-    Start();
-    Write(address | 1);
-    const BYTE byte = Read();
-    Stop();
-    return byte;
   }
 
  private:

@@ -73,8 +73,8 @@ ZELKV_Card* ZELK_CALL ZELKV_PlugIn(const char* description, const char* air);
  * @param card  may be null */
 void ZELK_CALL ZELKV_Unplug(ZELKV_Card* card);
 
-/** The friendly name of the card's capture filter, which ZELK_HWInit wants. Valid until the card is
- * unplugged. */
+/** The friendly name of the card's capture filter, which ZELK_HWInit wants; empty for a card
+ * without a capture filter. Valid until the card is unplugged. */
 const char* ZELK_CALL ZELKV_FriendlyName(ZELKV_Card* card);
 
 /** The card's capture filter; null on a card without one. The reference stays the card's: valid
