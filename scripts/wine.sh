@@ -42,7 +42,7 @@ make_wine_root() {
   mkdir -p "$unfinished/etc/dpkg/dpkg.cfg.d"
   echo force-unsafe-io >"$unfinished/etc/dpkg/dpkg.cfg.d/unsafe-io"
   unshare --mount debootstrap --arch=i386 --variant=minbase bookworm "$unfinished" \
-    "${mirror:-http://deb.debian.org/debian}" >"$log" 2>&1 &&
+    ${mirror:+"$mirror"} >"$log" 2>&1 &&
     wine_root=$unfinished in_wine_root apt-get install -qq -y --no-install-recommends wine wine32 >>"$log" 2>&1 &&
     rm -rf "$unfinished"/var/cache/apt/archives/*.deb &&
     mv "$unfinished" "$wine_root" || {
