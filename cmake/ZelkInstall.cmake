@@ -62,6 +62,9 @@ install(FILES ${PROJECT_BINARY_DIR}/ZElkAPIConfig.cmake
   ${PROJECT_BINARY_DIR}/ZElkAPIConfigVersion.cmake DESTINATION ${config})
 
 if(WIN32)
+  # The I/O libraries of virtual cards, where no search for a real card's comes by.
+  install(FILES $<TARGET_FILE:PioGate> $<TARGET_FILE:PioGate880>
+    DESTINATION ${CMAKE_INSTALL_BINDIR}/virtual-io)
   # The linker of Visual C++ takes the .lib, or one that its own tools make of the .def.
   foreach(definition api/ZElkAPI virtual_cards/c_api/ZElkVirtual)
     cmake_path(GET definition FILENAME name)

@@ -7,7 +7,9 @@ wine_run_folder=
 # in_wine_root COMMAND...: runs the command in the root as its own system. What is mounted for it is seen by it alone and
 # goes with it.
 in_wine_root() {
+  # The lock (start_wine) is this script's, not that of a server that outlives it.
   unshare --mount -- bash -c '
+    exec 9>&-
     root=$1; shift
     mountpoint -q "$root/proc" || mount -t proc proc "$root/proc"
     mountpoint -q "$root/dev" || mount --bind /dev "$root/dev"
@@ -26,7 +28,7 @@ make_wine_root() {
     echo "this machine does not let its root user mount anything"
     return 1
   fi
-  [ -x "$wine_root/usr/bin/wine" ] && return
+  [ -e "$wine_root/usr/lib/wine/wineserver32" ] && return
   (install debootstrap) >&2 || {
     echo "debootstrap cannot be installed"
     return 1
@@ -35,7 +37,7 @@ make_wine_root() {
   mkdir -p build "$(dirname "$wine_root")"
   echo "Making a 32-bit system with Wine in $wine_root ..." >&2
   mirror=$(sed -nE 's/^(URIs:|deb( \[[^]]*\])?) +(https?:[^ ]+debian)\/?( .*)?$/\3/p' /etc/apt/sources.list \
-    /etc/apt/sources.list.d/* 2>/dev/null | head -1)
+    /etc/apt/sources.list.d/* 2>/dev/null | head -1) || true
   local unfinished=$wine_root.unfinished
   rm -rf --one-file-system "$unfinished"
   # dpkg need not make sure that every file has reached the disk: an interrupted root is made anew.
@@ -54,14 +56,14 @@ make_wine_root() {
 # start_wine FILE...: a folder in the root with these files in it, the current one of the programs that `wine` runs. One
 # run at a time has the root.
 start_wine() {
-  exec {wine_lock}>"$wine_root/.zelk-lock"
-  flock "$wine_lock"
+  exec 9>"$wine_root/.zelk-lock"
+  flock 9
   wine_run_folder=$(mktemp -d "$wine_root/tmp/zelk-XXXXXX")
   trap stop_wine EXIT
   cp -rL "$@" "$wine_run_folder"
   # Kept running between the programs: each of them would start it anew. The first time it sets Windows up.
-  in_wine_root wineserver -p {wine_lock}>&-
-  in_wine_root wineboot --init {wine_lock}>&- >/dev/null 2>&1
+  in_wine_root wineserver -p30
+  in_wine_root wineboot --init >/dev/null 2>&1
 }
 
 stop_wine() {
@@ -71,5 +73,5 @@ stop_wine() {
 
 # wine PROGRAM ARGUMENTS...: runs it in the folder.
 wine() {
-  in_wine_root bash -c 'cd "$1" && shift && exec wine "$@"' wine "${wine_run_folder#"$wine_root"}" "$@" {wine_lock}>&-
+  in_wine_root bash -c 'cd "$1" && shift && exec wine "$@"' wine "${wine_run_folder#"$wine_root"}" "$@"
 }
