@@ -62,6 +62,7 @@ start_wine() {
   trap stop_wine EXIT
   cp -rL "$@" "$wine_run_folder"
   # Kept running between the programs: each of them would start it anew. The first time it sets Windows up.
+  in_wine_root mkdir -p "$wine_prefix"
   in_wine_root wineserver -p30
   in_wine_root wineboot --init >/dev/null 2>&1
 }
