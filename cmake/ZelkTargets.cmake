@@ -12,6 +12,12 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 
+# What nearly every file includes is compiled once. The native release build reads it anew in every file of the library and
+# of the virtual cards, and so notices where an include is missing.
+option(ZELK_PRECOMPILE_SYSTEM_HEADERS "Compile the headers that the library's files share once" ON)
+set(ZELK_SYSTEM_HEADERS <platform/dshow.h> <algorithm> <array> <cstdint> <functional> <memory> <optional> <string>
+                        <vector>)
+
 option(ZELK_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 
 add_library(zelk_options INTERFACE)
@@ -88,6 +94,11 @@ function(zelk_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
   add_library(${name} STATIC ${arg_SOURCES})
   target_link_libraries(${name} PUBLIC ${arg_LINKS} PRIVATE zelk_core_options)
+  if(ZELK_PRECOMPILE_SYSTEM_HEADERS AND name STREQUAL zelk_common)
+    target_precompile_headers(${name} PRIVATE ${ZELK_SYSTEM_HEADERS})
+  elseif(ZELK_PRECOMPILE_SYSTEM_HEADERS)
+    target_precompile_headers(${name} REUSE_FROM zelk_common)
+  endif()
   cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY ${PROJECT_SOURCE_DIR}
              OUTPUT_VARIABLE folder)
   zelk_folder(${name} PUBLIC ${folder})
@@ -97,15 +108,12 @@ endfunction()
 # scripts/test-windows runs it whole.
 function(zelk_tests name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;LINKS")
-  add_executable(${name} ${arg_SOURCES} ${PROJECT_SOURCE_DIR}/tests/support/com_environment.cpp)
-  target_link_libraries(${name} PRIVATE ${arg_LINKS} zelk_platform zelk_options GTest::gmock_main)
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_LINKS} zelk_test_main zelk_platform zelk_test_options GTest::gmock_main)
+  target_precompile_headers(${name} REUSE_FROM zelk_test_main)
   zelk_folder(${name} PRIVATE tests)
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
-  if(WIN32)
-    # Compiled fast and run once.
-    target_compile_options(${name} PRIVATE -O0)
-    target_precompile_headers(${name} PRIVATE "$<$<COMPILE_LANGUAGE:CXX>:<gmock/gmock.h$<ANGLE-R>>")
-  else()
+  if(NOT WIN32)
     gtest_discover_tests(${name} WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/tests DISCOVERY_TIMEOUT 60)
   endif()
 endfunction()
