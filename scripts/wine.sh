@@ -61,10 +61,21 @@ start_wine() {
   wine_run_folder=$(mktemp -d "$wine_root/tmp/zelk-XXXXXX")
   trap stop_wine EXIT
   cp -rL "$@" "$wine_run_folder"
-  # Kept running between the programs: each of them would start it anew. The first time it sets Windows up.
+  # The first time this sets Windows up.
   in_wine_root mkdir -p "$wine_prefix"
   in_wine_root wineserver -p30
   in_wine_root wineboot --init >/dev/null 2>&1
+  # Windows' services end with its last program, and each program would start them anew, the one for remote procedure
+  # calls for up to half a minute. This one does nothing and stays. No pipe here: the services would keep it open.
+  in_wine_root wine ping -n 36000 127.0.0.1 >"$wine_run_folder/idle.log" 2>&1 </dev/null &
+  # A command that comes while others start finds their list locked.
+  local services=$wine_run_folder/services.log try
+  for try in {1..30}; do
+    in_wine_root wine net start RpcSs >"$services" 2>&1 </dev/null || true
+    ! grep -qE "already running|successfully started" "$services" || return 0
+    sleep 1
+  done
+  echo "wine: the service for remote procedure calls does not start: $(tail -1 "$services")" >&2
 }
 
 stop_wine() {
