@@ -29,12 +29,15 @@ make_wine_root() {
     return 1
   fi
   [ -e "$wine_root/usr/lib/wine/wineserver32" ] && return
+  local log=build/wine-root.log mirror
+  mkdir -p build "$(dirname "$wine_root")" || {
+    echo "its folder cannot be made"
+    return 1
+  }
   (install debootstrap) >&2 || {
     echo "debootstrap cannot be installed"
     return 1
   }
-  local log=build/wine-root.log mirror
-  mkdir -p build "$(dirname "$wine_root")"
   echo "Making a 32-bit system with Wine in $wine_root ..." >&2
   mirror=$(sed -nE 's/^(URIs:|deb( \[[^]]*\])?) +(https?:[^ ]+debian)\/?( .*)?$/\3/p' /etc/apt/sources.list \
     /etc/apt/sources.list.d/* 2>/dev/null | head -1) || true
