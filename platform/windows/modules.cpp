@@ -84,8 +84,10 @@ void RegisterModule(std::string_view name, const std::vector<ModuleEntry>& entri
   OfferedModule offered{
       .module = module, .forward = forward, .name = std::string(name), .entries = {}};
   for (const ModuleEntry& entry : entries) {
-    if (!forward || !forward(entry.name, reinterpret_cast<void*>(entry.address)))
+    if (!forward || !forward(entry.name, reinterpret_cast<void*>(entry.address))) {
+      systemFree(module);
       throw std::runtime_error(path + " has no entry point " + entry.name);
+    }
     offered.entries.emplace_back(entry.name);
   }
   table.modules.push_back(std::move(offered));
@@ -130,13 +132,15 @@ BOOL WINAPI FreeCounted(HMODULE module) {
   return freed;
 }
 
-// The DLL exports every name there is; the process may offer fewer.
+// The DLL exports every name there is; the process may offer fewer. A number in the place of a name
+// means the export of that number, and the system's business.
 FARPROC WINAPI FindOffered(HMODULE module, LPCSTR name) {
   ModuleTable& table = Table();
   const std::lock_guard lock(table.mutex);
   const OfferedModule* const entry = Find(table, module);
-  const bool hidden = entry && std::find(entry->entries.begin(), entry->entries.end(), name) ==
-                                   entry->entries.end();
+  const bool hidden =
+      entry && !IS_INTRESOURCE(name) &&
+      std::find(entry->entries.begin(), entry->entries.end(), name) == entry->entries.end();
   return hidden ? nullptr : systemFind(module, name);
 }
 
