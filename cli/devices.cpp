@@ -22,7 +22,7 @@ std::vector<Device> DevicesOf(REFCLSID category) {
   std::vector<Device> devices;
   const ComPtr<IEnumMoniker> monikers = EnumerateCategory(category);
   if (!monikers) return devices;
-  for (ComPtr<IMoniker> moniker; monikers->Next(1, moniker.Receive(), nullptr) == S_OK;) {
+  while (ComPtr<IMoniker> moniker = NextOf<IMoniker>(*monikers.Get())) {
     Device device;
     device.friendlyName = Narrow(TextOf(DeviceName(*moniker.Get())));
     const auto same = std::count_if(devices.begin(), devices.end(), [&](const Device& other) {

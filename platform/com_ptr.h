@@ -67,4 +67,13 @@ HRESULT Query(IUnknown* source, ComPtr<Interface>& result) {
   return code;
 }
 
+// The next of what an enumerator lists; empty behind the last. A list that claims to have one more
+// but hands out nothing has ended.
+template <class Interface, class Enumerator>
+ComPtr<Interface> NextOf(Enumerator& list) {
+  ComPtr<Interface> next;
+  if (list.Next(1, next.Receive(), nullptr) != S_OK) next.Reset();
+  return next;
+}
+
 }  // namespace zelk

@@ -34,8 +34,7 @@ ComPtr<IBaseFilter> FindFilterByName(REFCLSID category, std::wstring_view name) 
   const ComPtr<IEnumMoniker> monikers = EnumerateCategory(category);
   if (!monikers) return {};
   monikers->Reset();
-  for (ComPtr<IMoniker> moniker;
-       monikers->Next(1, moniker.Receive(), nullptr) == S_OK && moniker;) {
+  while (const ComPtr<IMoniker> moniker = NextOf<IMoniker>(*monikers.Get())) {
     const DeviceName deviceName(*moniker.Get());
     if (deviceName.Get() && name == deviceName.Get()) return BindFilter(*moniker.Get());
   }
@@ -60,15 +59,14 @@ void AddTvAudioFilter(IGraphBuilder& graph) {
   const ComPtr<IEnumMoniker> monikers = EnumerateCategory(kCategoryTvAudio);
   if (!monikers) return;
   monikers->Reset();
-  ComPtr<IMoniker> moniker;
-  if (monikers->Next(1, moniker.Receive(), nullptr) != S_OK || !moniker) return;
+  const ComPtr<IMoniker> moniker = NextOf<IMoniker>(*monikers.Get());
+  if (!moniker) return;
   if (const ComPtr<IBaseFilter> filter = BindFilter(*moniker.Get())) {
     const DeviceName name(*moniker.Get());
     graph.AddFilter(filter.Get(), name.Get() ? name.Get() : L"No Name");
   }
   // The enumeration goes one device further; what is there stays as it is.
-  ComPtr<IMoniker> next;
-  monikers->Next(1, next.Receive(), nullptr);
+  NextOf<IMoniker>(*monikers.Get());
 }
 
 // Eight lower-case hexadecimal digits.

@@ -30,7 +30,7 @@ BITMAPINFOHEADER* MediaType::Picture() const {
 ComPtr<IPin> FindPinByName(IBaseFilter& filter, const OLECHAR* name) {
   ComPtr<IEnumPins> pins;
   if (FAILED(filter.EnumPins(pins.Receive())) || !pins) return {};
-  for (ComPtr<IPin> pin; pins->Next(1, pin.Receive(), nullptr) == S_OK && pin;) {
+  while (ComPtr<IPin> pin = NextOf<IPin>(*pins.Get())) {
     PIN_INFO info = {};
     if (FAILED(pin->QueryPinInfo(&info))) continue;
     const auto owner = ComPtr<IBaseFilter>::Adopt(info.pFilter);

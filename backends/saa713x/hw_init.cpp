@@ -114,8 +114,7 @@ void Saa713xDevice::BindTvAudio() {
   const ComPtr<IEnumMoniker> monikers = EnumerateCategory(kCategoryTvAudio);
   if (!monikers) return;
   monikers->Reset();
-  for (ComPtr<IMoniker> moniker;
-       monikers->Next(1, moniker.Receive(), nullptr) == S_OK && moniker;) {
+  while (const ComPtr<IMoniker> moniker = NextOf<IMoniker>(*monikers.Get())) {
     ComPtr<IAMTVAudio> device;
     moniker->BindToObject(nullptr, nullptr, IidOf<IAMTVAudio>(), device.ReceiveVoid());
     if (device) TvAudio = std::move(device);

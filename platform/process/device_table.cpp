@@ -71,7 +71,7 @@ void AppendMonikers(ICreateDevEnum& source, REFCLSID category,
                     std::vector<ComPtr<IMoniker>>& monikers) {
   ComPtr<IEnumMoniker> list;
   if (source.CreateClassEnumerator(category, list.Receive(), 0) != S_OK) return;
-  for (ComPtr<IMoniker> moniker; list->Next(1, moniker.Receive(), nullptr) == S_OK;)
+  while (ComPtr<IMoniker> moniker = NextOf<IMoniker>(*list.Get()))
     monikers.push_back(std::move(moniker));
 }
 
