@@ -6,6 +6,7 @@
 
 #include "cli/commands.h"
 #include "cli/errors.h"
+#include "platform/com_apartment.h"
 
 namespace zelk::cli {
 namespace {
@@ -106,6 +107,7 @@ int Run(int argc, char** argv) {
 
   try {
     app.parse(argc, argv);
+    const ComApartment com;
     const int exitCode = chosen(options);
     FlushOutput();
     return exitCode;

@@ -20,7 +20,7 @@ constexpr wchar_t kTvAudioName[] = L"SAA713x TV Audio";
 
 class PluggedSaa713x final : public PluggedCard<Saa713xCard, Saa713xHardware> {
  public:
-  PluggedSaa713x(const Saa713xOptions& options, std::shared_ptr<Saa713xHardware> hardware)
+  PluggedSaa713x(const Saa713xOptions& options, const std::shared_ptr<Saa713xHardware>& hardware)
       : PluggedCard(options.friendlyName, hardware, MakeCaptureFilter(hardware),
                     options.tunerFilter ? MakeTunerFilter(hardware) : ComPtr<IUnknown>()),
         vampClass_(MakeVampClass(hardware)),
