@@ -176,16 +176,5 @@ TEST_F(CardLife, NullPlacesChangeNothingElse) {
   EXPECT_EQ(ZELK_I2CWriteSequence(0xC2, nullptr, 4), E_FAIL);
 }
 
-TEST_F(CardLife, UnwritableLogChangesNoResult) {
-  PlugTuner(1);
-  std::filesystem::create_directory("zelkapi_713x.log");
-  EXPECT_EQ(ZELK_HWInit(nullptr, "another card", nullptr, 0), E_FAIL);
-  ASSERT_EQ(Init(), S_OK);
-  EXPECT_EQ(ZELK_SetFreq(175250, nullptr), VFW_E_WRONG_STATE);
-  std::filesystem::remove("zelkapi_713x.log");
-  EXPECT_EQ(ZELK_SetFreq(175250, nullptr), VFW_E_WRONG_STATE);
-  EXPECT_THAT(TakeLog(), ElementsAre("SAA713x SetTVFreq(): Current mode not TV"));
-}
-
 }  // namespace
 }  // namespace zelk::test

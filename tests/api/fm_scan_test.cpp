@@ -91,15 +91,13 @@ TEST_F(FmScan, ThreeReadings) {
 }
 
 TEST_F(FmScan, StereoTests) {
-  for (const auto& [type, status, stereo] : {std::tuple(15u, 0xFC, true),
-                                             {15, 0x05, false},
-                                             {15, 0x02, false},
-                                             {21, 0x02, true},
-                                             {21, 0x07, true},
-                                             {21, 0x04, false}}) {
-    PlugTold(type, kStation, {static_cast<std::uint8_t>(status)});
+  const std::tuple<std::uint32_t, std::uint8_t, bool> cases[] = {
+      {15, 0xFC, true}, {15, 0x05, false}, {15, 0x02, false},
+      {21, 0x02, true}, {21, 0x07, true},  {21, 0x04, false}};
+  for (const auto& [type, status, stereo] : cases) {
+    PlugTold(type, kStation, {status});
     EXPECT_THAT(Found(98000, 98200), ElementsAre(stereo ? "98050 stereo" : "98050 mono"))
-        << type << " " << status;
+        << type << " " << +status;
   }
 }
 

@@ -149,11 +149,12 @@ TEST_F(Fm, AudioModeAndTuneFlagChooseTheControlWord) {
     std::uint32_t mode, flag;
     const char *classic, *tnf;
   };
-  for (const Case& one : {Case{1, 1, "08 7E 88 A5", "08 7E C8 91"},
-                          {1, 0, "08 7E 88 A4", "08 7E C8 11"},
-                          {0, 1, "08 7E 88 A7", "08 7E C8 31"},
-                          {0, 0, "08 7E 88 A6", nullptr},
-                          {2, 1, "08 7E 88 A6", nullptr}}) {
+  const Case cases[] = {{1, 1, "08 7E 88 A5", "08 7E C8 91"},
+                        {1, 0, "08 7E 88 A4", "08 7E C8 11"},
+                        {0, 1, "08 7E 88 A7", "08 7E C8 31"},
+                        {0, 0, "08 7E 88 A6", nullptr},
+                        {2, 1, "08 7E 88 A6", nullptr}};
+  for (const Case& one : cases) {
     for (const std::uint32_t type : {1u, 44u}) {
       PlugTuner(type);
       Saa713xDevice device;
