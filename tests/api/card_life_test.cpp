@@ -7,8 +7,6 @@ namespace zelk::test {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using virtual_cards::Saa713xOptions;
 
 class CardLife : public CardTest {};
 

@@ -1,8 +1,7 @@
 // The FM scan: each way of recognising a station on hand-written readings, the commands, and
 // everything that can interrupt it.
+#include <algorithm>
 #include <fstream>
-#include <functional>
-#include <sstream>
 
 #include "platform/control.h"
 #include "platform/win32.h"
@@ -14,7 +13,6 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using virtual_cards::Saa713xOptions;
 using Strings = std::vector<std::string>;
 using Bytes = std::vector<std::uint8_t>;
@@ -181,7 +179,13 @@ TEST_F(FmScan, SiliconLock) {
               S_OK);
     ZELK_FMInit();
     told->answers = one.steps;
+    const auto before = host::SleptMilliseconds();
     EXPECT_EQ(Found(98200, 98600), one.found);
+    const auto probes = std::count_if(scanEvents.begin(), scanEvents.end(),
+                                      [](const auto& event) { return event.starts_with("1004"); });
+    // Each probe tunes twice, for 135 ms, and waits twice for the card to settle. The audio mode is
+    // set around the scan, which tunes as well.
+    EXPECT_EQ(host::SleptMilliseconds() - before, probes * (2u * 135 + 2 * 80) + 2 * 135);
     told.Reset();
   }
   EXPECT_THAT(TakeLog("TDA8275.log"), Contains("nFreq =  98350 "));

@@ -6,8 +6,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::Each;
-
 class BtSignal : public NotedCardTest {
  protected:
   Reading Ask(NotedChip& chip, std::deque<std::uint8_t> answers, bool withOffset = true) {

@@ -67,6 +67,7 @@ TEST(Scan, FindsEveryPlaceWhole) {
   ExpectPlaceFoundWhole("saa7134,tuner=40", "western-europe-city");
   ExpectPlaceFoundWhole("saa7134,tuner=46", "us-city");
   ExpectPlaceFoundWhole("saa7134,tuner=47", "western-europe-city");
+  ExpectPlaceFoundWhole("saa7134,tuner=48", "japan-city");
 }
 
 TEST(Scan, PrintsTheTableThatThePlaceFileTellsOf) {

@@ -6,11 +6,9 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::MatchesRegex;
-using ::testing::UnorderedElementsAre;
 using virtual_cards::Ql2Options;
 
 const std::string kNotReady = "Quillon SetHWLock(): Hardware not initial";

@@ -8,8 +8,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 class Signal : public CardTest {
