@@ -1,7 +1,6 @@
 // The FM scan on virtual cards: every tuner with FM finds what is on the air, and only that.
 #include "tests/support/fm_band.h"
 
-#include "platform/control.h"
 #include "tests/support/card_test.h"
 
 namespace zelk::test {
@@ -35,19 +34,6 @@ TEST_F(FmBand, EveryTunerFindsEveryStation) {
   }
   // Boards with the separate receiver.
   for (const std::uint32_t board : {0xE1u, 0xE3u, 0xE9u}) ExpectWholeBand({.boardConfig = board});
-}
-
-// The strategies that wait themselves do so at each probe.
-TEST_F(FmBand, WaitsOfAProbe) {
-  for (const auto& [board, least] :
-       {std::pair<std::uint32_t, std::uint32_t>{0xE3, 80}, {0x1C, 80 + 80}, {0x01, 80}}) {
-    Plug({.boardConfig = board});
-    ASSERT_EQ(Init(), S_OK);
-    ZELK_FMInit();
-    const auto before = host::SleptMilliseconds();
-    ZELK_FMAllFreqScan(nullptr, ZELK_SCAN_START, 0, 0, 87500, 108000);
-    EXPECT_GE(host::SleptMilliseconds() - before, 410u * least) << std::hex << board;
-  }
 }
 
 }  // namespace

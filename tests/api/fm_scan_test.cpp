@@ -1,8 +1,7 @@
 // The FM scan: each way of recognising a station on hand-written readings, the commands, and
 // everything that can interrupt it.
+#include <algorithm>
 #include <fstream>
-#include <functional>
-#include <sstream>
 
 #include "platform/control.h"
 #include "platform/win32.h"
@@ -14,7 +13,6 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using virtual_cards::Saa713xOptions;
 using Strings = std::vector<std::string>;
 using Bytes = std::vector<std::uint8_t>;
@@ -43,18 +41,25 @@ class FmScan : public CardTest {
     return found;
   }
 
+  // A module whose demodulator says these AFC readings, and its tuner these status bytes.
+  void PlugTold(std::uint32_t type, const Bytes& afcReadings, const Bytes& statuses) {
+    PlugFm({.tunerType = type});
+    Bytes bytes;
+    for (const std::uint8_t reading : afcReadings) {
+      bytes.push_back(static_cast<std::uint8_t>(reading << 1));
+    }
+    demodulator.Tell(bytes);
+    if (!bytes.empty()) card->FitChip(0x86, &demodulator);
+    tuner.Tell(statuses);
+    card->FitChip(0xC2, &tuner);
+  }
+
   ToldChip tuner;
   ToldChip demodulator;
 };
 
-// AFC readings as the demodulator's status bytes carry them.
-Bytes Afc(const Bytes& readings) {
-  Bytes bytes;
-  for (const std::uint8_t reading : readings) {
-    bytes.push_back(static_cast<std::uint8_t>(reading << 1));
-  }
-  return bytes;
-}
+// A sum of 8, then one of -5.
+const Bytes kStation = {3, 3, 2, 13, 13, 14, 7};
 
 TEST_F(FmScan, ThreeReadings) {
   struct Case {
@@ -63,8 +68,8 @@ TEST_F(FmScan, ThreeReadings) {
     Strings found;
   };
   const Case cases[] = {
-      // 8, then -5: the station is nearer to the later probe.
-      {"later side", {3, 3, 2, 13, 13, 14, 7}, {"98050 stereo"}},
+      // The station is nearer to the later probe.
+      {"later side", kStation, {"98050 stereo"}},
       // 3, then -9: nearer to the earlier one.
       {"earlier side", {1, 1, 1, 12, 12, 12, 7}, {"98000 stereo"}},
       // 9, 3, 0, -3: the last one not below zero is kept.
@@ -77,36 +82,20 @@ TEST_F(FmScan, ThreeReadings) {
   };
   for (const std::uint32_t type : {13u, 15u}) {
     for (const Case& one : cases) {
-      PlugFm({.tunerType = type});
-      card->FitChip(0x86, &demodulator);
-      card->FitChip(0xC2, &tuner);
-      demodulator.Tell(Afc(one.readings));
-      tuner.Tell({0x04});
+      PlugTold(type, one.readings, {0x04});
       EXPECT_EQ(Found(98000, 98400), one.found) << one.name << " on tuner " << type;
     }
   }
 }
 
 TEST_F(FmScan, StereoTests) {
-  struct Case {
-    std::uint32_t type;
-    std::uint8_t status;
-    const char* found;
-  };
-  for (const Case& one : {
-           Case{15, 0xFC, "98050 stereo"},
-           {15, 0x05, "98050 mono"},
-           {15, 0x02, "98050 mono"},
-           {21, 0x02, "98050 stereo"},
-           {21, 0x07, "98050 stereo"},
-           {21, 0x04, "98050 mono"},
-       }) {
-    PlugFm({.tunerType = one.type});
-    card->FitChip(0x86, &demodulator);
-    card->FitChip(0xC2, &tuner);
-    demodulator.Tell(Afc({3, 3, 2, 13, 13, 14, 7}));
-    tuner.Tell({one.status});
-    EXPECT_THAT(Found(98000, 98200), ElementsAre(one.found)) << one.type << " " << +one.status;
+  const std::tuple<std::uint32_t, std::uint8_t, bool> cases[] = {
+      {15, 0xFC, true}, {15, 0x05, false}, {15, 0x02, false},
+      {21, 0x02, true}, {21, 0x07, true},  {21, 0x04, false}};
+  for (const auto& [type, status, stereo] : cases) {
+    PlugTold(type, kStation, {status});
+    EXPECT_THAT(Found(98000, 98200), ElementsAre(stereo ? "98050 stereo" : "98050 mono"))
+        << type << " " << +status;
   }
 }
 
@@ -127,11 +116,7 @@ TEST_F(FmScan, FourReadings) {
       {"rising again", {13, 13, 13, 13, 14, 14, 15, 15, 14, 14, 14, 14, 1, 1, 1, 1, 0}, {}},
   };
   for (const Case& one : cases) {
-    PlugFm({.tunerType = 19});
-    card->FitChip(0x86, &demodulator);
-    card->FitChip(0xC2, &tuner);
-    demodulator.Tell(Afc(one.readings));
-    tuner.Tell({0x04});
+    PlugTold(19, one.readings, {0x04});
     EXPECT_EQ(Found(70000, 70400), one.found) << one.name;
   }
 }
@@ -194,7 +179,13 @@ TEST_F(FmScan, SiliconLock) {
               S_OK);
     ZELK_FMInit();
     told->answers = one.steps;
+    const auto before = host::SleptMilliseconds();
     EXPECT_EQ(Found(98200, 98600), one.found);
+    const auto probes = std::count_if(scanEvents.begin(), scanEvents.end(),
+                                      [](const auto& event) { return event.starts_with("1004"); });
+    // Each probe tunes twice, for 135 ms, and waits twice for the card to settle. The audio mode is
+    // set around the scan, which tunes as well.
+    EXPECT_EQ(host::SleptMilliseconds() - before, probes * (2u * 135 + 2 * 80) + 2 * 135);
     told.Reset();
   }
   EXPECT_THAT(TakeLog("TDA8275.log"), Contains("nFreq =  98350 "));
@@ -215,15 +206,11 @@ TEST_F(FmScan, LockStatusTakesASecondLook) {
       {"never inside", {1, 0, 4, 0, 4}, {}},
   };
   for (const Case& one : cases) {
-    PlugFm({.tunerType = 1});
-    card->FitChip(0xC2, &tuner);
-    tuner.Tell(one.statuses);
+    PlugTold(1, {}, one.statuses);
     EXPECT_EQ(Found(98000, 98400), one.found) << one.name;
   }
   // The second look tunes the candidate with the other control word.
-  PlugFm({.tunerType = 1});
-  card->FitChip(0xC2, &tuner);
-  tuner.Tell({0x13, 1, 4, 4});
+  PlugTold(1, {}, {0x13, 1, 4, 4});
   TakeTrace();
   Found(98000, 98100);
   EXPECT_THAT(TakeWrites("C2"), ElementsAre("07 DE 88 A5", "08 7E 88 A5", "08 7F 88 A5",
@@ -231,11 +218,7 @@ TEST_F(FmScan, LockStatusTakesASecondLook) {
 }
 
 TEST_F(FmScan, DiagnosticLines) {
-  PlugFm({.tunerType = 15});
-  card->FitChip(0x86, &demodulator);
-  card->FitChip(0xC2, &tuner);
-  demodulator.Tell(Afc({3, 3, 2, 13, 13, 14, 7}));
-  tuner.Tell({0x14});
+  PlugTold(15, kStation, {0x14});
   std::ofstream("FMAutoScan.log") << "an earlier scan";
   Found(98000, 98200);
   EXPECT_THAT(TakeLog("FMAutoScan.log"),
@@ -243,9 +226,7 @@ TEST_F(FmScan, DiagnosticLines) {
                           "Freq=98050    AFC= D D E   Value=-5   StatusPL=14   Lock=98050   "
                           "AudioMode=Stereo",
                           "Freq=98150    AFC= 7"));
-  PlugFm({.tunerType = 1});
-  card->FitChip(0xC2, &tuner);
-  tuner.Tell({4, 0x03, 0, 4, 4});
+  PlugTold(1, {}, {4, 0x03, 0, 4, 4});
   Found(98000, 98150);
   EXPECT_THAT(TakeLog("FMAutoScan.log"),
               ElementsAre("Freq=98000    AFC= 4", "Freq=98050    AFC= 3",
@@ -265,11 +246,7 @@ TEST_F(FmScan, DiagnosticLines) {
 }
 
 TEST_F(FmScan, SeekUpEndsWithTheFirstStation) {
-  PlugFm({.tunerType = 15});
-  card->FitChip(0x86, &demodulator);
-  card->FitChip(0xC2, &tuner);
-  demodulator.Tell(Afc({7, 3, 3, 2, 13, 13, 14, 7}));
-  tuner.Tell({0x04});
+  PlugTold(15, {7, 3, 3, 2, 13, 13, 14, 7}, {0x04});
   EXPECT_EQ(ZELK_FMAllFreqScan(RecordScanEvent, ZELK_SCAN_START, 1, 98000, 0, 0), S_OK);
   EXPECT_THAT(scanEvents,
               ElementsAre("1001 0", "1004 98150", "1004 98200", "1003 98200 1", "1005 0"));
@@ -299,11 +276,9 @@ TEST_F(FmScan, BandAndProgress) {
 }
 
 TEST_F(FmScan, StopsAfter99Stations) {
-  PlugFm({.tunerType = 1});
-  card->FitChip(0xC2, &tuner);
-  for (int i = 0; i < 120; ++i) {
-    for (const std::uint8_t status : {3, 1, 4}) tuner.answers.push_back({status});
-  }
+  Bytes statuses;
+  for (int i = 0; i < 120; ++i) statuses.insert(statuses.end(), {3, 1, 4});
+  PlugTold(1, {}, statuses);
   EXPECT_EQ(Found(87500, 108000).size(), 99u);
 }
 
@@ -364,9 +339,7 @@ TEST_F(FmScan, NestedScanTakesTheCallbackOver) {
 TEST_F(FmScan, CardFreedByACallbackSilencesTheScan) {
   for (const std::uint32_t at : {ZELK_EVENT_STARTED, ZELK_EVENT_FOUND, ZELK_EVENT_POSITION}) {
     for (const bool exchange : {false, true}) {
-      PlugFm({.tunerType = 1});
-      card->FitChip(0xC2, &tuner);
-      tuner.Tell({3, 1, 4, 4});
+      PlugTold(1, {}, {3, 1, 4, 4});
       atScanEvent = [&](std::uint32_t event, std::uint32_t) {
         if (event != at) return;
         exchange ? static_cast<void>(Init()) : ZELK_Free();
@@ -381,23 +354,18 @@ TEST_F(FmScan, CardFreedByACallbackSilencesTheScan) {
 
 TEST_F(FmScan, UnwritableFolderChangesNothing) {
   const auto scan = [&](std::uint32_t type) {
-    PlugFm({.tunerType = type});
-    card->FitChip(0x86, &demodulator);
-    card->FitChip(0xC2, &tuner);
-    demodulator.Tell(Afc({3, 3, 2, 13, 13, 14, 7}));
-    tuner.Tell({0x04});
+    PlugTold(type, kStation, {0x04});
     Found(98000, 98400);
     return scanEvents;
   };
   for (const std::uint32_t type : {15u, 1u, 40u}) {
     const Strings written = scan(type);
-    std::filesystem::remove("FMAutoScan.log");
-    std::filesystem::remove("TDA8275.log");
-    std::filesystem::create_directory("FMAutoScan.log");
-    std::filesystem::create_directory("TDA8275.log");
+    for (const char* log : {"FMAutoScan.log", "TDA8275.log"}) {
+      std::filesystem::remove(log);
+      std::filesystem::create_directory(log);
+    }
     EXPECT_EQ(scan(type), written);
-    std::filesystem::remove("FMAutoScan.log");
-    std::filesystem::remove("TDA8275.log");
+    for (const char* log : {"FMAutoScan.log", "TDA8275.log"}) std::filesystem::remove(log);
   }
 }
 

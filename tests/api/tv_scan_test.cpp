@@ -22,46 +22,44 @@ class TvScan : public CardTest {
   }
 };
 
-struct Tuner {
-  std::uint32_t type;
-  std::uint32_t standard;
-  std::uint32_t country;
+struct Place {
+  std::vector<std::uint32_t> tunerTypes;
+  std::uint32_t standard, country;
   std::vector<double> carriers;
 };
 
-const std::vector<double> kEurope = {48250, 175250.01, 189249.99, 210260, 471240, 623250, 855250};
-const std::vector<double> kAmerica = {55250, 83260, 181250, 211240, 475250, 681250, 801250};
-const std::vector<double> kJapan = {91250, 103240, 171250, 217260, 471250, 597250, 765250};
-
-std::vector<Tuner> AllTuners() {
-  std::vector<Tuner> tuners;
-  const auto add = [&](std::initializer_list<std::uint32_t> types, std::uint32_t standard,
-                       std::uint32_t country, const std::vector<double>& carriers) {
-    for (const std::uint32_t type : types) tuners.push_back({type, standard, country, carriers});
-  };
-  add({0, 1, 2, 3, 6, 7, 8, 9, 14, 15, 20, 21, 25, 26, 27, 28, 33, 34, 40, 43, 47},
-      AnalogVideo_PAL_B, 49, kEurope);
-  // 41 begins at 66 MHz, 18 and 19 at 49.25 MHz, 45 at 55.25 MHz.
-  add({18, 19, 41, 45}, AnalogVideo_PAL_D, 86, {77250, 175250, 199260, 471240, 855250});
-  add({4, 5, 12, 13, 24, 29, 30, 31, 32, 35, 42, 44}, AnalogVideo_NTSC_M, 1, kAmerica);
-  add({10, 11, 16, 17, 36, 37}, AnalogVideo_NTSC_M_J, 81, kJapan);
-  return tuners;
-}
+const Place kPlaces[] = {
+    {{0, 1, 2, 3, 6, 7, 8, 9, 14, 15, 20, 21, 25, 26, 27, 28, 33, 34, 40, 43, 47},
+     AnalogVideo_PAL_B,
+     49,
+     {48250, 175250.01, 189249.99, 210260, 471240, 623250, 855250}},
+    // 41 begins at 66 MHz, 18 and 19 at 49.25 MHz, 45 at 55.25 MHz.
+    {{18, 19, 41, 45}, AnalogVideo_PAL_D, 86, {77250, 175250, 199260, 471240, 855250}},
+    {{4, 5, 12, 13, 24, 29, 30, 31, 32, 35, 42, 44},
+     AnalogVideo_NTSC_M,
+     1,
+     {55250, 83260, 181250, 211240, 475250, 681250, 801250}},
+    {{10, 11, 16, 17, 36, 37},
+     AnalogVideo_NTSC_M_J,
+     81,
+     {91250, 103240, 171250, 217260, 471250, 597250, 765250}}};
 
 TEST_F(TvScan, EveryTunerFindsExactlyTheCarriersOnTheAir) {
-  for (const Tuner& tuner : AllTuners()) {
-    PlugTv(tuner.type, MakeAir(tuner.carriers, tuner.standard));
-    ZELK_put_TVFormat(tuner.standard, tuner.country);
-    ZELK_HWInfo info = {};
-    ASSERT_EQ(ZELK_GetHWInfo(&info), S_OK);
-    std::vector<std::uint32_t> expected;
-    for (const double carrier : tuner.carriers) {
-      // The raster position nearest to the carrier, where it lies in the card's band.
-      const auto raster = static_cast<std::uint32_t>(carrier / 250 + 0.5) * 250;
-      // The last probe comes before the end of the band.
-      if (raster >= info.TvLowKHz && raster < info.TvHighKHz) expected.push_back(raster);
+  for (const Place& place : kPlaces) {
+    for (const std::uint32_t type : place.tunerTypes) {
+      PlugTv(type, MakeAir(place.carriers, place.standard));
+      ZELK_put_TVFormat(place.standard, place.country);
+      ZELK_HWInfo info = {};
+      ASSERT_EQ(ZELK_GetHWInfo(&info), S_OK);
+      std::vector<std::uint32_t> expected;
+      for (const double carrier : place.carriers) {
+        // The raster position nearest to the carrier, where it lies in the card's band.
+        const auto raster = static_cast<std::uint32_t>(carrier / 250 + 0.5) * 250;
+        // The last probe comes before the end of the band.
+        if (raster >= info.TvLowKHz && raster < info.TvHighKHz) expected.push_back(raster);
+      }
+      EXPECT_THAT(ScanTv(), ElementsAreArray(expected)) << "tuner type " << type;
     }
-    EXPECT_THAT(ScanTv(), ElementsAreArray(expected)) << "tuner type " << tuner.type;
   }
 }
 

@@ -1,23 +1,14 @@
 // The change to TV and the choice of standard and country on each group of tuner modules.
-#include "api/library.h"
-#include "tests/support/bt_test.h"
+#include "tests/bt_family/noted_card.h"
 
 namespace zelk::test {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using Strings = std::vector<std::string>;
 
-constexpr HRESULT kRefused = static_cast<HRESULT>(0x8007001F);
-
-class Bt878Mode : public BtTest {
+class Bt878Mode : public NotedCardTest {
  protected:
-  void PlugNoted(const CardSetUp& wanted, std::uint32_t type) {
-    PlugTv(wanted, {.tunerType = type});
-    FitNotedChips();
-    TakeTrace();
-  }
   // What SetTVFormat tells the tuner driver: "country 34", then the tuning.
   Strings TunerLines() {
     Strings lines;
@@ -33,42 +24,37 @@ std::string Tuning(std::uint32_t country) {
          std::to_string(country);
 }
 
-Strings Joined(std::initializer_list<Strings> parts) {
-  Strings all;
-  for (const Strings& part : parts) all.insert(all.end(), part.begin(), part.end());
-  return all;
-}
-
 // A country pushed to the tuner driver, and the tuning behind it with the one of before.
 Strings Told(std::uint32_t country, std::uint32_t before) {
   return {"tuner query IAMTVTuner", "tuner country " + std::to_string(country), Tuning(before)};
 }
 
 TEST_F(Bt878Mode, TvOnModulesWithADemodulatorOfTheirOwn) {
-  PlugNoted(kBt878, 12);
+  PlugNoted(kBt878, {.tunerType = 12});
   EXPECT_EQ(ZELK_TVInit(), S_OK);
   EXPECT_THAT(TakeTrace(),
               ElementsAre("i2c setup hardware 100000", "i2c setup hardware 100000",
                           "i2c write 86: 00 56 30 44", "i2c result", "i2c setup software 100000"));
-  PlugNoted(kBt878, 1);
+  PlugNoted(kBt878, {.tunerType = 1});
   EXPECT_EQ(ZELK_TVInit(), S_OK);
   EXPECT_THAT(TakeTrace(), IsEmpty());
 }
 
 TEST_F(Bt878Mode, TvOnModulesWithADemodulatorForTheStandard) {
-  const std::pair<std::uint32_t, Strings> cases[] = {
-      {AnalogVideo_PAL_B, {"86: 00 16 70 49"}},
-      {AnalogVideo_SECAM_B, {"86: 00 16 70 49"}},
-      {AnalogVideo_PAL_D, {"86: 00 16 70 4B"}},
-      {AnalogVideo_SECAM_D, {"86: 00 16 70 4B"}},
-      {AnalogVideo_PAL_I, {"86: 00 16 70 4A"}},
-      {AnalogVideo_SECAM_L, {"86: 00 06 50 4B"}},
-      {AnalogVideo_NTSC_M, {}},
-      {AnalogVideo_PAL_B | AnalogVideo_PAL_I, {}},
-  };
+  const Strings none;
+  const Strings bg = {"86: 00 16 70 49"};
+  const Strings dk = {"86: 00 16 70 4B"};
+  const std::pair<std::uint32_t, Strings> cases[] = {{AnalogVideo_PAL_B, bg},
+                                                     {AnalogVideo_SECAM_B, bg},
+                                                     {AnalogVideo_PAL_D, dk},
+                                                     {AnalogVideo_SECAM_D, dk},
+                                                     {AnalogVideo_PAL_I, {"86: 00 16 70 4A"}},
+                                                     {AnalogVideo_SECAM_L, {"86: 00 06 50 4B"}},
+                                                     {AnalogVideo_NTSC_M, none},
+                                                     {AnalogVideo_PAL_B | AnalogVideo_PAL_I, none}};
   for (const std::uint32_t type : {14u, 15u, 20u, 21u}) {
     for (const auto& [standard, words] : cases) {
-      PlugNoted(kBt878, type);
+      PlugNoted(kBt878, {.tunerType = type});
       ZELK_put_TVFormat(standard, 44);
       const Strings tuning = TakeNotes();
       ASSERT_EQ(tuning.size(), 1u);
@@ -83,7 +69,7 @@ TEST_F(Bt878Mode, TvOnModulesWithADemodulatorForTheStandard) {
 
 // The change to TV tunes with the country of before, and forgets it.
 TEST_F(Bt878Mode, TvForgetsTheCountry) {
-  PlugNoted(kBt878Tuner, 15);
+  PlugNoted(kBt878Tuner, {.tunerType = 15});
   ZELK_put_TVFormat(AnalogVideo_PAL_I, 44);
   TunerLines();
   EXPECT_EQ(ZELK_TVInit(), S_OK);
@@ -96,29 +82,18 @@ TEST_F(Bt878Mode, CountriesOfMk3Modules) {
   struct Case {
     std::uint32_t standard, country, pushed;  // 0: nothing is pushed
   };
+  // Behind 4201 and 370 the next call counts as forced.
+  const Case cases[] = {
+      {AnalogVideo_PAL_B, 49, 49},   {AnalogVideo_PAL_B, 49, 0},    {AnalogVideo_PAL_B, 36, 34},
+      {AnalogVideo_PAL_B, 36, 34},   {AnalogVideo_PAL_D, 36, 86},   {AnalogVideo_SECAM_D, 359, 359},
+      {AnalogVideo_PAL_D, 48, 86},   {AnalogVideo_PAL_B, 420, 34},  {AnalogVideo_PAL_B, 33, 34},
+      {AnalogVideo_SECAM_L, 33, 33}, {AnalogVideo_PAL_D, 7, 86},    {AnalogVideo_PAL_B, 4201, 4201},
+      {AnalogVideo_PAL_B, 49, 34},   {AnalogVideo_PAL_D, 370, 370}, {AnalogVideo_PAL_D, 370, 86},
+      {AnalogVideo_PAL_I, 44, 44},   {AnalogVideo_PAL_D, 44, 0}};
   for (const std::uint32_t type : {14u, 21u}) {
-    PlugNoted(kBt878Tuner, type);
+    PlugNoted(kBt878Tuner, {.tunerType = type});
     std::uint32_t before = 0;
-    for (const Case& one : {
-             Case{AnalogVideo_PAL_B, 49, 49},
-             {AnalogVideo_PAL_B, 49, 0},
-             {AnalogVideo_PAL_B, 36, 34},
-             {AnalogVideo_PAL_B, 36, 34},
-             {AnalogVideo_PAL_D, 36, 86},
-             {AnalogVideo_SECAM_D, 359, 359},
-             {AnalogVideo_PAL_D, 48, 86},
-             {AnalogVideo_PAL_B, 420, 34},
-             {AnalogVideo_PAL_B, 33, 34},
-             {AnalogVideo_SECAM_L, 33, 33},
-             {AnalogVideo_PAL_D, 7, 86},
-             {AnalogVideo_PAL_B, 4201, 4201},
-             // Behind 4201 and 370 the next call counts as forced.
-             {AnalogVideo_PAL_B, 49, 34},
-             {AnalogVideo_PAL_D, 370, 370},
-             {AnalogVideo_PAL_D, 370, 86},
-             {AnalogVideo_PAL_I, 44, 44},
-             {AnalogVideo_PAL_D, 44, 0},
-         }) {
+    for (const Case& one : cases) {
       EXPECT_EQ(ZELK_put_TVFormat(one.standard, one.country), S_OK);
       EXPECT_EQ(TunerLines(), one.pushed ? Told(one.pushed, before) : Strings{})
           << one.standard << " " << one.country;
@@ -132,7 +107,7 @@ TEST_F(Bt878Mode, CountriesOfMk3Modules) {
     EXPECT_THAT(TunerLines(), IsEmpty());
   }
   // Other modules leave the country to the driver.
-  PlugNoted(kBt878Tuner, 1);
+  PlugNoted(kBt878Tuner, {.tunerType = 1});
   EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 36), S_OK);
   EXPECT_THAT(TunerLines(), IsEmpty());
 }
@@ -140,7 +115,7 @@ TEST_F(Bt878Mode, CountriesOfMk3Modules) {
 // Without a tuner filter there is nobody to tell, but the tuning stays.
 TEST_F(Bt878Mode, CountriesWithoutATunerFilter) {
   for (const CardSetUp& wanted : {kBt878, kBt878Io}) {
-    PlugNoted(wanted, 15);
+    PlugNoted(wanted, {.tunerType = 15});
     EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 36), S_OK);
     EXPECT_THAT(TakeNotes(), ElementsAre("C2: 0D 62 86 22 A0"));
   }
@@ -155,7 +130,7 @@ TEST_F(Bt878Mode, StandardsOfTheSiliconTuner) {
       {AnalogVideo_PAL_D, "10"},  {AnalogVideo_SECAM_D, "10"},  {AnalogVideo_PAL_G, "04"},
       {AnalogVideo_PAL_H, "04"},  {AnalogVideo_SECAM_G, "04"},  {AnalogVideo_SECAM_H, "04"},
       {AnalogVideo_PAL_I, "08"},  {AnalogVideo_SECAM_L, "20"},  {AnalogVideo_SECAM_L1, "40"}};
-  PlugNoted(kBt878Tuner, 40);
+  PlugNoted(kBt878Tuner, {.tunerType = 40});
   silicon->Tell({0x25});
   for (const auto& [standard, bit] : standards) {
     EXPECT_EQ(ZELK_put_TVFormat(standard, 44), S_OK);
@@ -201,7 +176,7 @@ TEST_F(Bt878Mode, CountriesOfTheSiliconTuner) {
   // Without a tuner filter each push is a tuning alone; the module is unknown and gets 175250
   // itself.
   for (const CardSetUp& wanted : {kBt878, kBt878Tuner}) {
-    PlugNoted(wanted, 40);
+    PlugNoted(wanted, {.tunerType = 40});
     silicon->Tell({0x25});
     std::uint32_t before = 0;
     for (const Case& one : cases) {
@@ -224,7 +199,7 @@ TEST_F(Bt878Mode, CountriesOfTheSiliconTuner) {
 }
 
 TEST_F(Bt878Mode, SiliconTunerThatDoesNotAnswer) {
-  PlugNoted(kBt878Tuner, 40);
+  PlugNoted(kBt878Tuner, {.tunerType = 40});
   // Only a stop that fails shows in the result of a write.
   card->Refuse("i2c stop", kRefused);
   EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 44), kRefused);

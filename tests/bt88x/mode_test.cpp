@@ -1,20 +1,16 @@
 // The change to TV and FM and the choice of standard and country, as the tuner driver and the
 // demodulator hear of them.
-#include "tests/support/bt_test.h"
+#include "tests/bt_family/noted_card.h"
 
 namespace zelk::test {
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using Strings = std::vector<std::string>;
 
-constexpr HRESULT kRefused = static_cast<HRESULT>(0x8007001F);
-
-class Bt88xMode : public BtTest {
+class Bt88xMode : public NotedCardTest {
  protected:
-  const Strings bothLocksRefused = {"BT88X SetHWLock(): Current mode not TV or FM",
-                                    "BT88X SetHWLock(): Current mode not TV or FM"};
+  const Strings bothLocksRefused = Strings(2, "BT88X SetHWLock(): Current mode not TV or FM");
 };
 
 Strings LockedChange(const char* mode) {
@@ -73,71 +69,56 @@ TEST_F(Bt88xMode, FmThatCannotBeSetUp) {
   EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr), S_OK);
 }
 
-struct FormatCase {
-  std::uint32_t standard, country;
-  const char* words;        // null: the demodulator is left alone
-  std::uint32_t named = 0;  // country for the tuner driver; 0: it hears nothing
-  std::uint32_t namedStandard = 0;
+struct Format {
+  std::vector<std::uint32_t> standards;  // the first is the one that is named to the tuner driver
+  Strings written;                       // to the demodulator
+  // Countries and those named for them. 0: the tuner driver hears nothing.
+  std::vector<std::pair<std::uint32_t, std::uint32_t>> countries;
 };
 
+std::string Tuning(std::uint32_t country) {
+  return "tuner set TUNER.4 frequency=175250000 flags=0 channel=0 country=" +
+         std::to_string(country);
+}
+
 TEST_F(Bt88xMode, Formats) {
-  constexpr std::uint32_t B = AnalogVideo_PAL_B;
-  constexpr std::uint32_t D = AnalogVideo_PAL_D;
-  const char* const b = "i2c write 86: 00 16 70 49";
-  const char* const d = "i2c write 86: 00 16 70 4B";
-  const char* const l = "i2c write 86: 00 06 50 4B";
-  const FormatCase cases[] = {
-      {B, 33, b, 34, B},
-      {B, 36, b, 34, B},
-      {AnalogVideo_SECAM_B, 48, b, 34, B},
-      {B, 370, b, 34, B},
-      {B, 359, b, 49, B},
-      {AnalogVideo_SECAM_B, 420, b, 49, B},
-      {B, 4201, b, 49, B},
-      {B, 44, b},
-      {B, 7, b},
-      {D, 7, d, 86, D},
-      {AnalogVideo_SECAM_D, 36, d, 86, D},
-      {D, 370, d, 86, D},
-      {D, 48, d, 48, D},
-      {D, 359, d, 359, D},
-      {AnalogVideo_SECAM_D, 420, d, 420, D},
-      {D, 4201, d, 4201, D},
-      {D, 33, d},
-      {AnalogVideo_PAL_I, 33, "i2c write 86: 00 16 70 4A"},
-      {AnalogVideo_SECAM_L, 33, l, 33, AnalogVideo_SECAM_L},
-      {AnalogVideo_SECAM_L, 44, l},
-      {AnalogVideo_NTSC_M, 33, nullptr},
-      {AnalogVideo_PAL_G, 36, nullptr},
+  const Format formats[] = {
+      {{AnalogVideo_PAL_B, AnalogVideo_SECAM_B},
+       {"i2c write 86: 00 16 70 49"},
+       {{33, 34}, {36, 34}, {48, 34}, {370, 34}, {359, 49}, {420, 49}, {4201, 49}, {7, 0}}},
+      {{AnalogVideo_PAL_D, AnalogVideo_SECAM_D},
+       {"i2c write 86: 00 16 70 4B"},
+       {{7, 86}, {36, 86}, {370, 86}, {48, 48}, {359, 359}, {420, 420}, {4201, 4201}, {33, 0}}},
+      {{AnalogVideo_PAL_I}, {"i2c write 86: 00 16 70 4A"}, {{33, 0}}},
+      {{AnalogVideo_SECAM_L}, {"i2c write 86: 00 06 50 4B"}, {{33, 33}, {44, 0}}},
+      {{AnalogVideo_NTSC_M, AnalogVideo_PAL_G}, {}, {{33, 0}, {36, 0}}}};
+  const auto expectFormat = [&](const Format& format, std::uint32_t standard, std::uint32_t country,
+                                std::uint32_t named) {
+    SCOPED_TRACE(::testing::Message() << standard << " in " << country);
+    TakeTrace();
+    EXPECT_EQ(ZELK_put_TVFormat(standard, country), S_OK);
+    char digits[9];
+    std::snprintf(digits, sizeof(digits), "%08X", format.standards[0]);
+    const Strings told = {std::string("tuner set TUNER.3 ") + digits, Tuning(named)};
+    EXPECT_EQ(TakeTrace(), Joined({format.written, named ? told : Strings()}));
+    EXPECT_EQ(TakeLog(), Strings(named ? 1 : 0, "country = " + std::to_string(named) + " "));
+    // The country that is kept is the one that was named.
+    ZELK_SetFreq(175250, nullptr);
+    EXPECT_EQ(TakeTrace().back(), Tuning(named ? named : country));
   };
   for (const std::uint32_t type : {14u, 15u, 20u, 21u}) {
     PlugTv(kCx2388xTuner, {.tunerType = type});
-    for (const FormatCase& one : cases) {
-      SCOPED_TRACE(::testing::Message() << one.standard << " in " << one.country);
-      TakeTrace();
-      EXPECT_EQ(ZELK_put_TVFormat(one.standard, one.country), S_OK);
-      Strings expected;
-      if (one.words) expected.push_back(one.words);
-      const std::string country = std::to_string(one.named);
-      if (one.named) {
-        char standard[9];
-        std::snprintf(standard, sizeof(standard), "%08X", one.namedStandard);
-        expected.push_back(std::string("tuner set TUNER.3 ") + standard);
-        expected.push_back("tuner set TUNER.4 frequency=175250000 flags=0 channel=0 country=" +
-                           country);
+    for (const Format& format : formats) {
+      for (const std::uint32_t standard : format.standards) {
+        for (const auto& [country, named] : format.countries) {
+          expectFormat(format, standard, country, named);
+        }
       }
-      EXPECT_EQ(TakeTrace(), expected);
-      EXPECT_EQ(TakeLog(), one.named ? Strings{"country = " + country + " "} : Strings{});
-      // The country that is kept is the one that was named.
-      ZELK_SetFreq(175250, nullptr);
-      EXPECT_EQ(TakeTrace().back(),
-                "tuner set TUNER.4 frequency=175250000 flags=0 channel=0 country=" +
-                    std::to_string(one.named ? one.named : one.country));
     }
   }
   PlugTv(kCx2388xTuner, {.tunerType = 1});
   TakeTrace();
-  EXPECT_EQ(ZELK_put_TVFormat(B, 36), S_OK);
+  EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 36), S_OK);
   EXPECT_THAT(TakeTrace(), IsEmpty());
 }
 

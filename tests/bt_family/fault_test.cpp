@@ -28,18 +28,6 @@ TEST_F(BtFault, DyingEeprom) {
   }
 }
 
-// A Bt878's EEPROM that answers the probe but not its address keeps the card, with the default
-// tuner.
-TEST_F(BtFault, EepromThatDiesBehindTheProbe) {
-  Plug(kBt878, {.tunerType = 15, .eepromState = EepromState::kDying, .eepromTransfers = 1});
-  TakeTrace();
-  EXPECT_EQ(Init(), E_FAIL);  // the second read finds nobody, and the profile file says nothing
-  const auto trace = TakeTrace();
-  // Ten attempts and the eleventh's stop and start.
-  EXPECT_EQ(std::count(trace.begin(), trace.end(), "i2c start"), 1 + 11 + 3);
-  EXPECT_EQ(std::count(trace.begin(), trace.end(), "i2c stop"), 1 + 10 + 3);
-}
-
 // Without a chip at the tuner's and demodulators' addresses each operation answers as the transport
 // lets it.
 TEST_F(BtFault, NobodyAcknowledges) {

@@ -1,11 +1,8 @@
 // Operations that come too early or in the wrong mode: every one of them, on both families.
-#include "api/library.h"
-#include "tests/support/bt_test.h"
+#include "tests/bt_family/noted_card.h"
 
 namespace zelk::test {
 namespace {
-
-using Strings = std::vector<std::string>;
 
 enum class Needs { Nothing, TV, FM, AnyMode };
 
@@ -54,7 +51,7 @@ const std::vector<Operation<Device>> kOperations = {
     {"GetHWLock", Needs::AnyMode, [](Device& d) { return d.GetHWLock(0, &word); }},
 };
 
-class BtRefusal : public BtTest {
+class BtRefusal : public NotedCardTest {
  protected:
   template <class Device>
   void Expect(const CardSetUp& wanted, const char* tag) {
@@ -123,15 +120,10 @@ TEST_F(BtRefusal, LocksNeedADriver) {
 TEST_F(BtRefusal, SequencesHave64BytesAtMost) {
   const std::uint8_t bytes[65] = {};
   for (const CardSetUp& wanted : {kBt878, kBt878Io, kCx2388x, kCx2388xIo}) {
-    PlugTv(wanted, {});
-    const auto write = [&](std::uint32_t count) {
-      return wanted.cx2388x ? Slot<Bt88xDevice>()->I2CWriteSequence(0x86, bytes, count)
-                            : Slot<Bt878Device>()->I2CWriteSequence(0x86, bytes, count);
-    };
-    FitNotedChips();
-    EXPECT_EQ(write(65), E_FAIL);
+    PlugNoted(wanted);
+    EXPECT_EQ(Device().I2CWriteSequence(0x86, bytes, 65), E_FAIL);
     EXPECT_TRUE(TakeNotes().empty());
-    EXPECT_EQ(write(64), S_OK);
+    EXPECT_EQ(Device().I2CWriteSequence(0x86, bytes, 64), S_OK);
     EXPECT_EQ(TakeNotes().at(0).size(), 3u + 64 * 3);
   }
 }

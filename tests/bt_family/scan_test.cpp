@@ -1,7 +1,6 @@
 // Both scans find exactly what is on the air: with both chips, over drivers and I/O libraries.
-#include <cmath>
-
 #include "tests/support/bt_test.h"
+#include "tests/support/fm_band.h"
 
 namespace zelk::test {
 namespace {
@@ -54,22 +53,9 @@ TEST_F(BtScan, SiliconTuner) {
   EXPECT_THAT(ScanTv(), ElementsAreArray({48250, 175250, 189250, 471250, 623250}));
 }
 
-std::vector<std::pair<std::uint32_t, bool>> stations;
-
-void ZELK_CALL Collect(uint32_t event, uint32_t value, uint32_t extra) {
-  if (event == ZELK_EVENT_FOUND) stations.emplace_back(value, extra == 1);
-}
-
 TEST_F(BtScan, FmBand) {
   virtual_cards::Air air;
-  for (const auto& [carrier, stereo] : {std::pair{88100.0, true},
-                                        {89950.0, false},
-                                        {94510.0, true},
-                                        {99740.0, true},
-                                        {107200.0, false}}) {
-    air.fm.push_back({.station = "", .carrierKHz = carrier, .levelDbuV = 65, .stereo = stereo});
-  }
-  air.fm.push_back({.station = "", .carrierKHz = 103000, .levelDbuV = 20, .stereo = true});
+  air.fm = SampleStations(87500, 108000);
   for (const CardSetUp& wanted : kSetUps) {
     for (const std::uint32_t type : {1u, 5u, 9u, 13u, 15u, 21u, 30u, 45u}) {
       if ((wanted.cx2388x && type == 45) || (!wanted.cx2388x && type == 30)) continue;
@@ -78,13 +64,7 @@ TEST_F(BtScan, FmBand) {
       if (wanted.cx2388x && wanted.tunerFilter && type != 13 && type != 15 && type != 21) continue;
       SCOPED_TRACE(std::string(wanted.name) + " tuner type " + std::to_string(type));
       PlugFm(wanted, {.tunerType = type}, air);
-      stations.clear();
-      EXPECT_EQ(ZELK_FMAllFreqScan(Collect, ZELK_SCAN_START, 0, 0, 87500, 108000), S_OK);
-      ASSERT_EQ(stations.size(), 5u);
-      for (std::size_t i = 0; i < stations.size(); ++i) {
-        EXPECT_LE(std::abs(stations[i].first - air.fm[i].carrierKHz), 100) << i;
-        EXPECT_EQ(stations[i].second, air.fm[i].stereo) << i;
-      }
+      ExpectFmScanFinds(air.fm);
     }
   }
 }

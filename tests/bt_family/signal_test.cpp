@@ -1,16 +1,12 @@
 // Signal presence on every kind of module, reading by reading, with a chip on the bus that says
 // what it is told.
-#include "api/library.h"
-#include "platform/control.h"
-#include "tests/support/bt_test.h"
+#include "tests/bt_family/noted_card.h"
 #include "tests/support/reading.h"
 
 namespace zelk::test {
 namespace {
 
-using ::testing::Each;
-
-class BtSignal : public BtTest {
+class BtSignal : public NotedCardTest {
  protected:
   Reading Ask(NotedChip& chip, std::deque<std::uint8_t> answers, bool withOffset = true) {
     chip.Tell(std::move(answers));
@@ -105,7 +101,6 @@ TEST_F(BtSignal, SiliconTuner) {
 // A bus that cannot be read says nothing of a carrier, and each chip's failure shows in its own
 // way.
 TEST_F(BtSignal, FailedReads) {
-  constexpr HRESULT kRefused = static_cast<HRESULT>(0x8007001F);
   for (const bool forFm : {false, true}) {
     for (const std::uint32_t type : {1u, 13u}) {
       PlugNoted(kBt878, type, forFm);
@@ -125,10 +120,10 @@ TEST_F(BtSignal, FailedReads) {
 }
 
 TEST_F(BtSignal, Waits) {
-  const auto slept = [](auto operation) {
-    const auto before = host::SleptMilliseconds();
+  const auto slept = [&](auto operation) {
+    Slept();
     operation();
-    return host::SleptMilliseconds() - before;
+    return Slept();
   };
   std::uint32_t present = 0;
   // Slices of 5 ms: 16 ms take 20, 32 take 35.
@@ -145,29 +140,23 @@ TEST_F(BtSignal, Waits) {
 }
 
 // The status bytes that the FM scan reads.
-template <class Device>
-void ExpectStatusBytes(Device& device, NotedChip& pll, NotedChip& demodulator, bool both) {
-  pll.Tell({0x52});
-  demodulator.Tell({0xE3});
-  std::uint8_t tuner = 0xAA;
-  std::uint8_t afc = 0xAA;
-  EXPECT_EQ(device.GetFMStatusByte(nullptr, &afc), both ? S_OK : E_FAIL);
-  EXPECT_EQ(afc, both ? 0xE3 : 0);
-  EXPECT_EQ(device.GetFMStatusByte(&tuner, nullptr), S_OK);
-  EXPECT_EQ(tuner, 0x52);
-  EXPECT_EQ(device.GetFMStatusByte(nullptr, nullptr), E_FAIL);
-}
-
 TEST_F(BtSignal, FmStatusBytes) {
-  for (const std::uint32_t type : {1u, 13u, 15u, 20u, 21u}) {
-    SCOPED_TRACE(type);
-    PlugFm(kBt878, {.tunerType = type});
-    FitNotedChips();
-    ExpectStatusBytes(*Slot<Bt878Device>(), *pll, *demodulator, type != 1 && type != 20);
-    PlugFm(kCx2388x, {.tunerType = type});
-    FitNotedChips();
-    // Type 20, without an FM section, counts here too.
-    ExpectStatusBytes(*Slot<Bt88xDevice>(), *pll, *demodulator, type != 1);
+  for (const CardSetUp& wanted : {kBt878, kCx2388x}) {
+    for (const std::uint32_t type : {1u, 13u, 15u, 20u, 21u}) {
+      SCOPED_TRACE(std::string(wanted.name) + " tuner type " + std::to_string(type));
+      PlugNoted(wanted, type, true);
+      pll->Tell({0x52});
+      demodulator->Tell({0xE3});
+      std::uint8_t tuner = 0xAA;
+      std::uint8_t afc = 0xAA;
+      // Type 20, without an FM section, counts on a CX2388x too.
+      const bool both = type != 1 && (type != 20 || wanted.cx2388x);
+      EXPECT_EQ(Device().GetFMStatusByte(nullptr, &afc), both ? S_OK : E_FAIL);
+      EXPECT_EQ(afc, both ? 0xE3 : 0);
+      EXPECT_EQ(Device().GetFMStatusByte(&tuner, nullptr), S_OK);
+      EXPECT_EQ(tuner, 0x52);
+      EXPECT_EQ(Device().GetFMStatusByte(nullptr, nullptr), E_FAIL);
+    }
   }
 }
 

@@ -1,7 +1,6 @@
 // What reaches the tuner module: every one that these boards carry, in television and in FM, with
 // both chips and over both transports.
-#include "backends/bt878/bt878_device.h"
-#include "tests/support/bt_test.h"
+#include "tests/bt_family/noted_card.h"
 #include "tests/support/common_modules.h"
 
 namespace zelk::test {
@@ -9,17 +8,14 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using Strings = std::vector<std::string>;
-
-class BtTuning : public BtTest {
+class BtTuning : public NotedCardTest {
  protected:
   // What SetFreq writes to the PLL, its bytes alone.
   std::string Written(std::uint32_t frequencyKHz) {
     TakeNotes();
     EXPECT_EQ(ZELK_SetFreq(frequencyKHz, nullptr), S_OK);
-    const Strings writes = TakeNotes();
-    EXPECT_EQ(writes.size(), 1u);
-    return writes.empty() ? "" : writes[0].substr(4);
+    EXPECT_EQ(notes.size(), 1u);
+    return notes.empty() ? "" : notes[0].substr(4);
   }
 };
 
@@ -43,8 +39,7 @@ TEST_F(BtTuning, EveryModuleAroundItsBandLimits) {
       for (const std::uint32_t type : module.types) {
         if (!Carries(wanted, type)) continue;
         SCOPED_TRACE(std::string(wanted.name) + " tuner type " + std::to_string(type));
-        PlugTv(wanted, {.tunerType = type});
-        FitNotedChips();
+        PlugNoted(wanted, {.tunerType = type});
         const char* const fifth = type >= 12 && type <= 15   ? " A0"
                                   : type == 16 || type == 17 ? " B0"
                                                              : "";
@@ -61,20 +56,17 @@ TEST_F(BtTuning, EveryModuleAroundItsBandLimits) {
 }
 
 TEST_F(BtTuning, SecamLNeedsOtherSettings) {
-  PlugTv(kCx2388x, {.tunerType = 3});
-  FitNotedChips();
+  PlugNoted(kCx2388x, {.tunerType = 3});
   ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_SECAM_L, 33), S_OK);
   EXPECT_EQ(Written(160000).substr(6), "8E A3");
   EXPECT_EQ(Written(471250).substr(6), "8E 33");
-  PlugTv(kBt878Io, {.tunerType = 21});
-  FitNotedChips();
+  PlugNoted(kBt878Io, {.tunerType = 21});
   ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_SECAM_L1, 33), S_OK);
   EXPECT_EQ(Written(55750), "05 9B CE 01");
 }
 
 TEST_F(BtTuning, UnknownModuleIsSentTheFrequencyItself) {
-  PlugTv(kBt878, {.tunerType = 40});
-  FitNotedChips();
+  PlugNoted(kBt878, {.tunerType = 40});
   EXPECT_EQ(Written(182250), "C7 EA C7 EA");
   EXPECT_THAT(CardFixture::TakeLog("zelkapi.log"),
               ElementsAre("BT878 This tuner type has not yet implemented in ZELK_SetFreq()"));
@@ -82,7 +74,6 @@ TEST_F(BtTuning, UnknownModuleIsSentTheFrequencyItself) {
 }
 
 TEST_F(BtTuning, DriverTunesWhereItCan) {
-  constexpr HRESULT kRefused = static_cast<HRESULT>(0x8007001F);
   for (const CardSetUp& wanted : {kBt878Tuner, kCx2388xTuner}) {
     PlugTv(wanted, {.tunerType = 0});
     ZELK_put_TVFormat(AnalogVideo_PAL_B, 49);
@@ -166,14 +157,10 @@ TEST_F(BtTuning, JapaneseModuleReachesDownTo76MHz) {
 // A scan tests a station a second time with another control word.
 TEST_F(BtTuning, FmControlWords) {
   PlugFm(kBt878, {.tunerType = 1});
-  Bt878Device device;
-  const auto capture = card->CaptureFilter();
-  ASSERT_EQ(device.HWInit(capture.Get(), card->FriendlyName().c_str(), nullptr), S_OK);
-  device.InitialFM(1);
   FitNotedChips();
   const auto controlFor = [&](std::uint32_t mode, std::uint32_t flag) {
-    device.SetFMTuneFlag(flag);
-    EXPECT_EQ(device.SetFMAudioMode(mode), S_OK);
+    Device().SetFMTuneFlag(flag);
+    EXPECT_EQ(Device().SetFMAudioMode(mode), S_OK);
     return TakeNotes().at(0).substr(10);
   };
   EXPECT_EQ(controlFor(1, 0), "88 A4");
@@ -181,10 +168,10 @@ TEST_F(BtTuning, FmControlWords) {
   EXPECT_EQ(controlFor(0, 0), "88 A6");
   EXPECT_EQ(controlFor(0, 1), "88 A7");
   EXPECT_EQ(controlFor(2, 1), "88 A6");
-  device.SetFMTuneFlag(0);
-  device.InitialFM(1);
+  Device().SetFMTuneFlag(0);
+  ZELK_FMInit();
   TakeNotes();
-  device.SetFMFreq(98000);
+  Device().SetFMFreq(98000);
   EXPECT_EQ(TakeNotes().at(0).substr(10), "88 A5");
 }
 

@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <ostream>
 
 #include "run_zelk.h"
 
@@ -14,67 +13,80 @@ using ::testing::HasSubstr;
 using ::testing::Not;
 using ::testing::StartsWith;
 
-struct ErrorCase {
-  const char* line;
-  int exitCode;
-  std::vector<const char*> says;
-};
-void PrintTo(const ErrorCase& error, std::ostream* out) { *out << "zelk " << error.line; }
+// A line, and what the complaint about it contains.
+using Mistakes = std::vector<std::pair<std::string, std::vector<const char*>>>;
 
-class Errors : public ::testing::TestWithParam<ErrorCase> {};
-
-TEST_P(Errors, AreOneClearLine) {
-  const Zelk zelk;
-  zelk.Folder().Write("broken.json", R"({"place": "Nowhere", "raster": "pal-bg", "tv": [], )");
-  const ZelkRun run = zelk.Run(GetParam().line);
-  EXPECT_EQ(run.exitCode, GetParam().exitCode) << run.err;
-  EXPECT_EQ(run.out, "");
-  EXPECT_THAT(run.err, StartsWith("zelk: "));
-  EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
-  for (const char* text : GetParam().says) EXPECT_THAT(run.err, HasSubstr(text));
+void ExpectOneClearLine(int exitCode, const Mistakes& mistakes) {
+  for (const auto& [line, says] : mistakes) {
+    SCOPED_TRACE("zelk " + line);
+    const Zelk zelk;
+    zelk.Folder().Write("broken.json", R"({"place": "Nowhere", "raster": "pal-bg", "tv": [], )");
+    const ZelkRun run = zelk.Run(line);
+    EXPECT_EQ(run.exitCode, exitCode) << run.err;
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(run.err, StartsWith("zelk: "));
+    EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
+    for (const char* text : says) EXPECT_THAT(run.err, HasSubstr(text));
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    WrongUse, Errors,
-    ::testing::Values(ErrorCase{"", 2, {"subcommand"}}, ErrorCase{"tune tv", 2, {"channel"}},
-                      ErrorCase{"dance", 2, {"dance"}},
-                      ErrorCase{"scan tv --sideways", 2, {"--sideways"}},
-                      ErrorCase{"tune tv E99", 2, {"\"E99\"", "pal-bg", "175.25MHz"}},
-                      ErrorCase{"tune tv 175.25", 2, {"\"175.25\"", "175.25MHz"}},
-                      ErrorCase{"scan tv --stop-at soon", 2, {"\"soon\""}},
-                      ErrorCase{"info --card virtual:tin", 2, {"--card", "tin"}},
-                      ErrorCase{"info --card /dev/video0", 2, {"/dev/video0", "virtual:KIND"}},
-                      ErrorCase{"signal --raster moon", 2, {"--raster", "moon", "pal-bg"}},
-                      ErrorCase{"signal --standard PAL_X", 2, {"PAL_X", "PAL_B"}},
-                      ErrorCase{"signal --country 0", 2, {"--country"}},
-                      ErrorCase{"signal --count 0", 2, {"--count"}},
-                      ErrorCase{"eeprom --offset 256", 2, {"--offset", "256"}},
-                      ErrorCase{"eeprom --offset 0xF0 --length 17", 2, {"--length", "16"}},
-                      ErrorCase{"i2c read 0x1C2 1", 2, {"0x1C2"}},
-                      ErrorCase{"i2c read 0xC3 0", 2, {"count"}},
-                      ErrorCase{"i2c write 0xC2 1 2 three", 2, {"\"three\""}},
-                      ErrorCase{"tune fm E5", 2, {"\"E5\"", "MHz"}},
-                      ErrorCase{"seek left 95MHz", 2, {"\"left\"", "up or down"}},
-                      ErrorCase{"fm mode loud 95MHz", 2, {"\"loud\"", "stereo or mono"}},
-                      ErrorCase{"scan fm --from 99MHz --to 98MHz", 2, {"99000", "98000"}},
-                      ErrorCase{"audio set loudness=1", 2, {"\"loudness\"", "volume", "gain.0xID"}},
-                      ErrorCase{"audio set bass", 2, {"\"bass\"", "KEY=VALUE"}},
-                      ErrorCase{"audio set bass=deep", 2, {"bass", "\"deep\""}},
-                      ErrorCase{"audio set bass=0x100000000", 2, {"bass", "4294967295"}},
-                      ErrorCase{"audio set gain.bass=1", 2, {"property id", "\"bass\""}}));
+TEST(Errors, OfWrongUse) {
+  ExpectOneClearLine(2, {{"", {"subcommand"}},
+                         {"tune tv", {"channel"}},
+                         {"dance", {"dance"}},
+                         {"scan tv --sideways", {"--sideways"}},
+                         {"tune tv E99", {"\"E99\"", "pal-bg", "175.25MHz"}},
+                         {"tune tv 175.25", {"\"175.25\"", "175.25MHz"}},
+                         {"scan tv --stop-at soon", {"\"soon\""}},
+                         {"info --card virtual:tin", {"--card", "tin"}},
+                         {"info --card /dev/video0", {"/dev/video0", "virtual:KIND"}},
+                         {"signal --raster moon", {"--raster", "moon", "pal-bg"}},
+                         {"signal --standard PAL_X", {"PAL_X", "PAL_B"}},
+                         {"signal --country 0", {"--country"}},
+                         {"signal --count 0", {"--count"}},
+                         {"eeprom --offset 256", {"--offset", "256"}},
+                         {"eeprom --offset 0xF0 --length 17", {"--length", "16"}},
+                         {"i2c read 0x1C2 1", {"0x1C2"}},
+                         {"i2c read 0xC3 0", {"count"}},
+                         {"i2c write 0xC2 1 2 three", {"\"three\""}},
+                         {"tune fm E5", {"\"E5\"", "MHz"}},
+                         {"seek left 95MHz", {"\"left\"", "up or down"}},
+                         {"fm mode loud 95MHz", {"\"loud\"", "stereo or mono"}},
+                         {"scan fm --from 99MHz --to 98MHz", {"99000", "98000"}},
+                         {"audio set loudness=1", {"\"loudness\"", "volume", "gain.0xID"}},
+                         {"audio set bass", {"\"bass\"", "KEY=VALUE"}},
+                         {"audio set bass=deep", {"bass", "\"deep\""}},
+                         {"audio set bass=0x100000000", {"bass", "4294967295"}},
+                         {"audio set gain.bass=1", {"property id", "\"bass\""}}});
+}
 
-INSTANTIATE_TEST_SUITE_P(
-    Refusals, Errors,
-    ::testing::Values(
-        ErrorCase{"tune tv 999999", 1, {"999999 kHz", "48250 to 855250"}},
-        // Where the plan has no channel 21 of that name it is 21 kHz.
-        ErrorCase{"tune tv 21", 1, {"21 kHz"}},
-        ErrorCase{"tune fm 120MHz", 1, {"120000 kHz", "FM band", "87500 to 108000"}},
-        ErrorCase{"seek up 80MHz", 1, {"80000 kHz", "87500 to 108000"}},
-        ErrorCase{"scan fm --to 109MHz", 1, {"109000 kHz", "87500 to 108000"}},
-        ErrorCase{"info --air atlantis", 1, {"atlantis", "western-europe-city"}},
-        ErrorCase{"info --air broken.json", 1, {"broken.json"}},
-        ErrorCase{"i2c read 0x51 1", 1, {"0x51", "E_FAIL (0x80004005)", "see zelkapi_713x.log"}}));
+TEST(Errors, OfWrongEncoderParameters) {
+  const std::string set = "mpeg set --card virtual:ql2 width=352 ";
+  ExpectOneClearLine(
+      2, {{set + "loudness=1", {"\"loudness\" is none of stream-type, width"}},
+          {set + "width", {"\"width\" is no KEY=VALUE"}},
+          {set + "stream-type=5", {"stream-type"}},
+          {set + "bit-rate=0", {"bit-rate: 0, wanted 1 to 65535 kbit/s"}},
+          {set + "bit-rate=65536", {"bit-rate"}},
+          {set + "audio-sample-rate=22050", {"22050, wanted 32000, 44100, 48000 Hz"}},
+          {set + "audio-bit-rate=128", {"128, wanted 192, 224, 256, 320, 384 kbit/s"}}});
+}
+
+// Where the plan has no channel 21 of that name it is 21 kHz.
+TEST(Errors, OfRefusals) {
+  ExpectOneClearLine(
+      1, {{"tune tv 999999", {"999999 kHz", "48250 to 855250"}},
+          {"tune tv 21", {"21 kHz"}},
+          {"tune fm 120MHz", {"120000 kHz", "FM band", "87500 to 108000"}},
+          {"seek up 80MHz", {"80000 kHz", "87500 to 108000"}},
+          {"scan fm --to 109MHz", {"109000 kHz", "87500 to 108000"}},
+          {"info --air atlantis", {"atlantis", "western-europe-city"}},
+          {"info --air broken.json", {"broken.json"}},
+          {"mpeg get", {"this card has no MPEG encoder"}},
+          {"mpeg set width=352", {"this card has no MPEG encoder"}},
+          {"adc", {"this card has no audio converter"}},
+          {"i2c read 0x51 1", {"0x51", "E_FAIL (0x80004005)", "see zelkapi_713x.log"}}});
+}
 
 TEST(Errors, NameTheLogOnlyWhenItTellsSomething) {
   const Zelk zelk;

@@ -2,9 +2,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <fstream>
-
 #include "run_zelk.h"
 
 namespace zelk::test {
@@ -15,35 +12,31 @@ using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 TEST(Output, OfEveryCommandIsOneJsonObjectWhenAskedFor) {
-  const struct {
-    const char* line;
-    const char* command;
-  } commands[] = {{"cards", "cards"},
-                  {"info", "info"},
-                  {"tune tv E5", "tune"},
-                  {"signal E5 --count 3", "signal"},
-                  {"scan tv --stop-at 60MHz", "scan"},
-                  {"tune fm 90.8MHz", "tune fm"},
-                  {"scan fm --to 90MHz", "scan fm"},
-                  {"seek up 95MHz", "seek"},
-                  {"fm mode mono 90.8MHz", "fm mode"},
-                  {"audio get", "audio get"},
-                  {"audio set bass=5", "audio set"},
-                  {"eeprom", "eeprom"},
-                  {"i2c read 0xC3 1", "i2c read"},
-                  {"i2c write 0xC2 0x0D 0x62 0xCE 0x90", "i2c write"},
-                  {"remote", "remote"},
-                  {"remote --chip", "remote"}};
-  for (const auto& row : commands) {
-    SCOPED_TRACE(row.line);
+  for (const auto& [line, command] : {std::pair("cards", "cards"),
+                                      {"info", "info"},
+                                      {"tune tv E5", "tune"},
+                                      {"signal E5 --count 3", "signal"},
+                                      {"scan tv --stop-at 60MHz", "scan"},
+                                      {"tune fm 90.8MHz", "tune fm"},
+                                      {"scan fm --to 90MHz", "scan fm"},
+                                      {"seek up 95MHz", "seek"},
+                                      {"fm mode mono 90.8MHz", "fm mode"},
+                                      {"audio get", "audio get"},
+                                      {"audio set bass=5", "audio set"},
+                                      {"eeprom", "eeprom"},
+                                      {"i2c read 0xC3 1", "i2c read"},
+                                      {"i2c write 0xC2 0x0D 0x62 0xCE 0x90", "i2c write"},
+                                      {"remote", "remote"},
+                                      {"remote --chip", "remote"}}) {
+    SCOPED_TRACE(line);
     const Zelk zelk;
     // Global options may stand on either side of the command.
-    const ZelkRun after = zelk.Run(std::string(row.line) + " --json");
+    const ZelkRun after = zelk.Run(std::string(line) + " --json");
     ASSERT_EQ(after.exitCode, 0) << after.err;
     EXPECT_EQ(after.err, "");
-    EXPECT_EQ(after.Json().at("command"), row.command);
-    const ZelkRun before = zelk.Run(std::string("--json ") + row.line);
-    EXPECT_EQ(before.Json().at("command"), row.command);
+    EXPECT_EQ(after.Json().at("command"), command);
+    const ZelkRun before = zelk.Run(std::string("--json ") + line);
+    EXPECT_EQ(before.Json().at("command"), command);
   }
 }
 

@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 
 #include <cstdio>
-#include <fstream>
 #include <map>
 #include <sstream>
 
@@ -160,24 +159,19 @@ TEST(Plot, SaysWhenTheTunerReportsNoStrength) {
   EXPECT_THAT(svg, Not(HasSubstr("<polyline")));
 }
 
-std::string Content(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
-
 TEST(PlotFile, ShowsWhatTheScanPrints) {
   const Zelk zelk;
   const ZelkRun tv = zelk.Run("scan tv --plot tv.svg");
   EXPECT_EQ(tv.exitCode, 0) << tv.err;
   EXPECT_THAT(tv.out, HasSubstr("\nPicture: tv.svg\n"));
-  const std::string tvSvg = Content(zelk.Folder() / "tv.svg");
+  const std::string tvSvg = zelk.Content("tv.svg");
   EXPECT_TRUE(IsSoundXml(tvSvg));
   EXPECT_THAT(tvSvg, HasSubstr("TV: 20 channels found"));
   EXPECT_THAT(tvSvg, HasSubstr("card virtual:saa7134, tuner FM1216MK2"));
   for (const char* name : {">E3<", ">E12<", ">K21<", ">K65<"}) EXPECT_THAT(tvSvg, HasSubstr(name));
 
   const ZelkRun fm = zelk.Run("scan fm --plot fm.svg --json");
-  const std::string fmSvg = Content(zelk.Folder() / "fm.svg");
+  const std::string fmSvg = zelk.Content("fm.svg");
   EXPECT_TRUE(IsSoundXml(fmSvg));
   EXPECT_THAT(fmSvg, HasSubstr("FM: 20 stations found"));
   std::size_t stereo = 0;
@@ -194,10 +188,10 @@ TEST(PlotFile, ShowsWhatTheScanPrints) {
 TEST(PlotFile, OnlyCoversWhatWasSwept) {
   const Zelk zelk;
   zelk.Run("scan fm --from 95MHz --to 98MHz --plot fm.svg");
-  EXPECT_THAT(Content(zelk.Folder() / "fm.svg"), HasSubstr("95.000 to 98.000 MHz"));
+  EXPECT_THAT(zelk.Content("fm.svg"), HasSubstr("95.000 to 98.000 MHz"));
   // Behind a find the library's scan jumps ahead, here past the end that was asked for.
   zelk.Run("scan tv --stop-at 190MHz --plot tv.svg");
-  EXPECT_THAT(Content(zelk.Folder() / "tv.svg"), HasSubstr("48.250 to 190.000 MHz"));
+  EXPECT_THAT(zelk.Content("tv.svg"), HasSubstr("48.250 to 190.000 MHz"));
 }
 
 TEST(PlotFile, ThatCannotBeWrittenIsRefusedBeforeTheScan) {

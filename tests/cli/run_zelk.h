@@ -1,6 +1,7 @@
 // Runs the built program the way a user does, in a folder of its own.
 #pragma once
 
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
@@ -29,6 +30,11 @@ class Zelk {
   // A line as one would type it, words separated by blanks or in double quotes.
   ZelkRun Run(std::string_view line) const;
   const zelk::testing::TempFolder& Folder() const { return folder_; }
+  // What stands in a file of that folder.
+  std::string Content(std::string_view name) const {
+    std::ifstream in(folder_ / name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+  }
 
  private:
   zelk::testing::TempFolder folder_;

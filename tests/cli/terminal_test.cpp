@@ -4,7 +4,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 
 #include "run_zelk.h"
 
@@ -39,10 +38,7 @@ TEST(Terminal, CtrlCLeavesAnEarlierPictureAlone) {
   EXPECT_EQ(run.exitCode, 130);
   EXPECT_THAT(run.out, HasSubstr("88.600"));
   EXPECT_THAT(run.out, HasSubstr("Interrupted: no picture\n"));
-  std::ifstream picture(zelk.Folder() / "old.svg");
-  std::string content;
-  std::getline(picture, content);
-  EXPECT_EQ(content, "old picture");
+  EXPECT_EQ(zelk.Content("old.svg"), "old picture");
 }
 
 TEST(FullDisk, IsAFailureOfWhatIsPrintedAndOfAPicture) {
@@ -54,10 +50,7 @@ TEST(FullDisk, IsAFailureOfWhatIsPrintedAndOfAPicture) {
                               " cards > full 2> complaint";
   const int status = std::system(command.c_str());
   EXPECT_EQ(WEXITSTATUS(status), 1);
-  std::ifstream complaint(zelk.Folder() / "complaint");
-  std::string line;
-  std::getline(complaint, line);
-  EXPECT_EQ(line, "zelk: cannot write to standard output");
+  EXPECT_EQ(zelk.Content("complaint"), "zelk: cannot write to standard output\n");
 }
 
 }  // namespace

@@ -1,6 +1,4 @@
 // I2C, locks and the audio converter.
-#include <numeric>
-
 #include "tests/quillon/quillon_test.h"
 #include "tests/support/told_chip.h"
 

@@ -147,16 +147,14 @@ TEST_F(Fm, TuningWords) {
 TEST_F(Fm, AudioModeAndTuneFlagChooseTheControlWord) {
   struct Case {
     std::uint32_t mode, flag;
-    const char* classic;
-    const char* tnf;
+    const char *classic, *tnf;
   };
-  for (const Case& one : {
-           Case{1, 1, "08 7E 88 A5", "08 7E C8 91"},
-           {1, 0, "08 7E 88 A4", "08 7E C8 11"},
-           {0, 1, "08 7E 88 A7", "08 7E C8 31"},
-           {0, 0, "08 7E 88 A6", nullptr},
-           {2, 1, "08 7E 88 A6", nullptr},
-       }) {
+  const Case cases[] = {{1, 1, "08 7E 88 A5", "08 7E C8 91"},
+                        {1, 0, "08 7E 88 A4", "08 7E C8 11"},
+                        {0, 1, "08 7E 88 A7", "08 7E C8 31"},
+                        {0, 0, "08 7E 88 A6", nullptr},
+                        {2, 1, "08 7E 88 A6", nullptr}};
+  for (const Case& one : cases) {
     for (const std::uint32_t type : {1u, 44u}) {
       PlugTuner(type);
       Saa713xDevice device;
@@ -255,8 +253,8 @@ TEST_F(Fm, BandAndModeAreChecked) {
   EXPECT_EQ(ZELK_FMSetFreq(108000, nullptr), S_OK);
   EXPECT_EQ(ZELK_FMSetFreq(87499, nullptr), E_FAIL);
   EXPECT_EQ(ZELK_FMSetFreq(108001, nullptr), E_FAIL);
-  const char* const refusal = "SAA713x SetFMFreq(): Hardware not initial or frequency not correct";
-  EXPECT_THAT(TakeLog(), ElementsAre(refusal, refusal));
+  EXPECT_EQ(TakeLog(),
+            Lines(2, "SAA713x SetFMFreq(): Hardware not initial or frequency not correct"));
   ZELK_TVInit();
   std::uint32_t value = 77;
   EXPECT_EQ(ZELK_FMSetFreq(98000, &value), VFW_E_WRONG_STATE);
@@ -266,15 +264,6 @@ TEST_F(Fm, BandAndModeAreChecked) {
   EXPECT_THAT(TakeLog(), ElementsAre("SAA713x SetFMFreq(): Current mode not FM",
                                      "SAA713x SetFMAudioMode(): Current mode not FM",
                                      "SAA713x IsFMSignalPresent(): Current mode not FM"));
-  Saa713xDevice device;
-  std::uint8_t status = 7;
-  EXPECT_EQ(device.InitialFM(1), E_FAIL);
-  EXPECT_EQ(device.GetFMAudioMode(&value), E_FAIL);
-  EXPECT_EQ(device.GetFMStatusByte(&status, &status), E_FAIL);
-  EXPECT_THAT(TakeLog(), ElementsAre("SAA713x InitialFM(): Hardware not initial",
-                                     "SAA713x GetFMAudioMode(): Hardware not initial",
-                                     "SAA713x GetFMStatusByte(): Hardware not initial"));
-  EXPECT_EQ(status, 7);
 }
 
 Reading AskFm(bool withOffset = true) { return AskSignal(ZELK_FMIsSignalPresent, withOffset); }
@@ -299,14 +288,14 @@ TEST_F(Fm, PresenceByTunerStatus) {
   ToldChip chip;
   PlugFmTuner(1);
   card->FitChip(0xC2, &chip);
-  chip.Tell({0x52});
-  EXPECT_EQ(AskFm(), (Reading{S_OK, 1, 5, 0.0}));
-  chip.Tell({0xFA});  // bits 7, 5 and 3 do not matter
-  EXPECT_EQ(AskFm(), (Reading{S_OK, 1, 5, 0.0}));
-  chip.Tell({0x42});
-  EXPECT_EQ(AskFm(), (Reading{S_OK, 0, 5, 0.0}));
-  chip.Tell({0x54});
-  EXPECT_EQ(AskFm(), (Reading{S_OK, 0, 0, 125.0}));
+  // Bits 7, 5 and 3 do not matter.
+  for (const auto& [status, expected] : {std::pair(0x52, Reading{S_OK, 1, 5, 0.0}),
+                                         {0xFA, {S_OK, 1, 5, 0.0}},
+                                         {0x42, {S_OK, 0, 5, 0.0}},
+                                         {0x54, {S_OK, 0, 0, 125.0}}}) {
+    chip.Tell({static_cast<std::uint8_t>(status)});
+    EXPECT_EQ(AskFm(), expected);
+  }
   EXPECT_EQ(AskFm(false), (Reading{S_OK, 0, 4, kUntouched}));
   card->Refuse("i2c read C2", kOtherFailure);
   EXPECT_EQ(AskFm(), (Reading{E_FAIL, kUntouched, kUntouched, kUntouched}));
@@ -328,11 +317,6 @@ TEST_F(Fm, PresenceByReceiver) {
 }
 
 TEST_F(Fm, PresenceByDriver) {
-  struct Case {
-    std::uint32_t level;
-    std::int32_t step;
-    Reading expected;
-  };
   for (const std::uint32_t property : {0x6Du, 0x6Eu}) {
     PlugTuner(40);
     auto told = ComPtr<ToldFilter>::Adopt(new ToldFilter(card->CaptureFilter().Get(), property));
@@ -372,14 +356,10 @@ TEST_F(Fm, StatusBytes) {
     HRESULT result;
     std::uint8_t tuner, demodulator;
   };
-  for (const Case& one : {
-           Case{15, true, true, S_OK, 0x54, 0x1E},
-           {15, true, false, S_OK, 0x54, 0xAA},
-           {15, false, true, S_OK, 0xAA, 0x1E},
-           {15, false, false, E_FAIL, 0xAA, 0xAA},
-           {1, true, true, S_OK, 0x54, 0x00},
-           {1, false, true, E_FAIL, 0xAA, 0x00},
-       }) {
+  const Case cases[] = {{15, true, true, S_OK, 0x54, 0x1E},  {15, true, false, S_OK, 0x54, 0xAA},
+                        {15, false, true, S_OK, 0xAA, 0x1E}, {15, false, false, E_FAIL, 0xAA, 0xAA},
+                        {1, true, true, S_OK, 0x54, 0x00},   {1, false, true, E_FAIL, 0xAA, 0x00}};
+  for (const Case& one : cases) {
     PlugTuner(one.type);
     card->FitChip(0xC2, &tuner);
     card->FitChip(0x86, &demodulator);

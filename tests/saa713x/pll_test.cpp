@@ -1,5 +1,5 @@
 // The bytes that reach the tuner's PLL: every module at, below and above both its band limits.
-#include <cstdio>
+#include <span>
 
 #include "tests/support/card_test.h"
 #include "tests/support/common_modules.h"
@@ -35,33 +35,30 @@ const TunerModule kModules[] = {
     {{48}, 165250, 373250, "0E 00", "1B 00", "CE 01", "CE 02", "CE 08"},
 };
 
-std::vector<TunerModule> AllModules() {
-  std::vector<TunerModule> modules(std::begin(kCommonModules), std::end(kCommonModules));
-  modules.insert(modules.end(), std::begin(kModules), std::end(kModules));
-  return modules;
-}
-
 TEST_F(Pll, EveryModuleAroundItsBandLimits) {
-  for (const TunerModule& module : AllModules()) {
-    for (const std::uint32_t type : module.types) {
-      PlugTv(type);
-      const auto word = [&](const char* divider, const char* control) {
-        return std::string(divider) + " " + control;
-      };
-      EXPECT_EQ(LastWritten(module.midFrom), word(module.dividerAtMid, module.mid)) << type;
-      EXPECT_EQ(LastWritten(module.highFrom), word(module.dividerAtHigh, module.high)) << type;
-      // One kilohertz above shares the divider, one below takes the band below.
-      EXPECT_EQ(LastWritten(module.midFrom + 1), word(module.dividerAtMid, module.mid)) << type;
-      EXPECT_EQ(LastWritten(module.highFrom + 1), word(module.dividerAtHigh, module.high)) << type;
-      EXPECT_EQ(LastWritten(module.midFrom - 1).substr(6), module.low) << type;
-      EXPECT_EQ(LastWritten(module.highFrom - 1).substr(6), module.mid) << type;
-      // Physically: the module is tuned to what was asked for, to a step of its divider (the
-      // TCL2002N's intermediate frequency lies 125 kHz above its nominal one).
-      for (const std::uint32_t frequency :
-           {module.midFrom - 250, module.midFrom, module.highFrom}) {
-        LastWritten(frequency);
-        EXPECT_NEAR(card->TunedKHz(), frequency, 62.5) << type;
-      }
+  const auto expectWords = [&](const TunerModule& module, std::uint32_t type) {
+    SCOPED_TRACE("tuner type " + std::to_string(type));
+    PlugTv(type);
+    const std::string mid = std::string(module.dividerAtMid) + " " + module.mid;
+    const std::string high = std::string(module.dividerAtHigh) + " " + module.high;
+    EXPECT_EQ(LastWritten(module.midFrom), mid);
+    EXPECT_EQ(LastWritten(module.highFrom), high);
+    // One kilohertz above shares the divider, one below takes the band below.
+    EXPECT_EQ(LastWritten(module.midFrom + 1), mid);
+    EXPECT_EQ(LastWritten(module.highFrom + 1), high);
+    EXPECT_EQ(LastWritten(module.midFrom - 1).substr(6), module.low);
+    EXPECT_EQ(LastWritten(module.highFrom - 1).substr(6), module.mid);
+    // Physically: the module is tuned to what was asked for, to a step of its divider (the
+    // TCL2002N's intermediate frequency lies 125 kHz above its nominal one).
+    for (const std::uint32_t frequency : {module.midFrom - 250, module.midFrom, module.highFrom}) {
+      LastWritten(frequency);
+      EXPECT_NEAR(card->TunedKHz(), frequency, 62.5);
+    }
+  };
+  for (const std::span<const TunerModule> modules :
+       {std::span<const TunerModule>(kCommonModules), {kModules}}) {
+    for (const TunerModule& module : modules) {
+      for (const std::uint32_t type : module.types) expectWords(module, type);
     }
   }
 }

@@ -8,8 +8,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 class Signal : public CardTest {
@@ -115,14 +113,9 @@ TEST_F(Signal, SomeModulesNeedTheDecodersWord) {
 }
 
 TEST_F(Signal, FailedReadsFindNothing) {
-  const std::pair<std::uint32_t, const char*> cases[] = {{1, "i2c read C2"},
-                                                         {12, "i2c read 86"},
-                                                         {24, "i2c read 86"},
-                                                         {40, "i2c read 96"},
-                                                         {41, "i2c read 96"}};
-  for (const auto& [type, request] : cases) {
+  for (const std::uint32_t type : {1u, 12u, 24u, 40u, 41u}) {
     PlugTv(type);
-    card->Refuse(request, static_cast<HRESULT>(0x8007001F));
+    card->Refuse("i2c read", static_cast<HRESULT>(0x8007001F));
     const Reading reading = Ask({});
     EXPECT_LT(reading.result, 0) << type;
     EXPECT_EQ(reading.present, 0u) << type;
@@ -134,18 +127,6 @@ TEST_F(Signal, NeedsTvModeAndSaysNothing) {
   ASSERT_EQ(Init(), S_OK);
   EXPECT_EQ(Ask({}), (Reading{VFW_E_WRONG_STATE, kUntouched, kUntouched, kUntouched}));
   EXPECT_THAT(TakeLog(), IsEmpty());
-}
-
-TEST_F(Signal, AirReachesTheReading) {
-  // 62.5 kHz above and below the tuned frequency, and far from it.
-  PlugTv(1, MakeAir({175312.5, 203187.5}));
-  ZELK_put_TVFormat(AnalogVideo_PAL_B, 49);
-  ZELK_SetFreq(175250, nullptr);
-  EXPECT_EQ(Ask({}), (Reading{S_OK, 1, 3, 62.5}));
-  ZELK_SetFreq(203250, nullptr);
-  EXPECT_EQ(Ask({}), (Reading{S_OK, 1, 3, -62.5}));
-  ZELK_SetFreq(189250, nullptr);
-  EXPECT_EQ(Ask({}).present, 0u);
 }
 
 }  // namespace

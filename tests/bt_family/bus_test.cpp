@@ -1,0 +1,173 @@
+// Transactions that cards of both families know, step by step.
+#include "tests/bt_family/noted_card.h"
+
+namespace zelk::test {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class BtBus : public NotedCardTest {};
+
+TEST_F(BtBus, SoftwareTransfers) {
+  for (const CardSetUp& wanted : {kBt878, kBt878Io, kCx2388xIo}) {
+    SCOPED_TRACE(wanted.name);
+    PlugNoted(wanted);
+    pll->Tell({0x4A});
+    silicon->Tell({1, 2, 3});
+    const Strings start = Start(wanted);
+    const Strings stop = Stop(wanted);
+    const auto read = [&](const std::string& byte) {
+      if (!wanted.ioLibrary) return Strings{"i2c order read-byte", "i2c read-byte -> " + byte};
+      return Strings{(wanted.cx2388x ? "io I2CSWRead -> " : "io I2CSWREAD -> ") + byte};
+    };
+    const std::uint8_t address = wanted.cx2388x ? 0xC0 : 0xC2;
+    const std::string written = wanted.PllAddress();
+    Slept();
+    EXPECT_EQ(Device().I2CWriteDWord(address, 0x0B2C, 0x8EA0), S_OK);
+    EXPECT_EQ(TakeTrace(), Joined({start, Sent(wanted, {written, "0B", "2C", "8E", "A0"}), stop}));
+    EXPECT_EQ(Slept(), 4u * 20);
+    EXPECT_EQ(Device().I2CWriteSequence(address, nullptr, 0), S_OK);
+    EXPECT_EQ(TakeTrace(), Joined({start, Sent(wanted, {written}), stop}));
+    EXPECT_EQ(Slept(), 0u);
+    std::uint8_t byte = 0;
+    EXPECT_EQ(Device().I2CRead(address, &byte), S_OK);
+    EXPECT_EQ(byte, 0x4A);
+    EXPECT_EQ(TakeTrace(),
+              Joined({start, Sent(wanted, {wanted.cx2388x ? "C1" : "C3"}), read("4A"), stop}));
+    EXPECT_EQ(Slept(), 20u);
+    if (wanted.cx2388x) continue;
+    const auto readRegisters = [](std::uint8_t* bytes, std::uint32_t count) {
+      return Slot<Bt878Device>()->I2CReadSequence(0x96, 0x1B, bytes, count);
+    };
+    std::uint8_t bytes[3] = {};
+    EXPECT_EQ(readRegisters(bytes, 3), S_OK);
+    EXPECT_THAT(bytes, ElementsAre(1, 2, 3));
+    const Strings addressed =
+        Joined({start, Sent(wanted, {"96", "1B"}), start, Sent(wanted, {"97"})});
+    EXPECT_EQ(TakeTrace(), Joined({addressed, read("01"), read("02"), read("03"), stop}));
+    // The library's chips get a moment more before the first byte.
+    EXPECT_EQ(Slept(), (wanted.ioLibrary ? 6u : 5u) * 20);
+    EXPECT_EQ(readRegisters(bytes, 0), S_OK);
+    EXPECT_EQ(TakeTrace(), Joined({addressed, stop}));
+  }
+}
+
+// What the card hears when it is asked for a key, while 8F waits: the lines of a Bt878 but pin 18
+// in their order, the upper four of a CX2388x in reverse.
+Strings Asked(const CardSetUp& setUp) {
+  if (setUp.cx2388x && setUp.ioLibrary) return {"io SetGPIOPort 2", "io GetGPData -> 1F"};
+  if (setUp.cx2388x) {
+    return {"register select 350010",    "register read 350010 -> 0", "register select 350014",
+            "register read 350014 -> 0", "register select 350018",    "register read 350018 -> 1F"};
+  }
+  Strings lines;
+  for (int pin = 15; pin <= 23; ++pin) {
+    const std::string number = std::to_string(pin);
+    lines = Joined({lines, setUp.ioLibrary ? Strings{"io SETGPIEBIT " + number + " 0"}
+                                           : Strings{"gpio " + number + " input", "gpio result"}});
+  }
+  return Joined({lines, setUp.ioLibrary ? Strings{"io GETGPDATABITS 15-23 -> 11F"}
+                                        : Strings{"gpio order 15-23", "gpio 15-23 -> 11F"}});
+}
+
+TEST_F(BtBus, RemoteControl) {
+  for (const CardSetUp& wanted : {kBt878, kBt878Io, kCx2388x, kCx2388xIo}) {
+    SCOPED_TRACE(wanted.name);
+    PlugNoted(wanted);
+    std::uint32_t code = 0xAAAAAAAA;
+    for (const std::uint8_t key : {0x02, 0xFF, 0x36, 0x7E, 0xAB, 0x8F}) {
+      card->PressKey(key);
+      TakeTrace();
+      EXPECT_EQ(ZELK_GetRemoteData(&code), S_OK);
+      EXPECT_EQ(code, key);
+    }
+    EXPECT_EQ(TakeTrace(), Asked(wanted));
+    card->Refuse(!wanted.cx2388x    ? "gpio 15-23"
+                 : wanted.ioLibrary ? "io GetGPData"
+                                    : "register read 350018",
+                 kRefused);
+    code = 0xAAAAAAAA;
+    const HRESULT result = ZELK_GetRemoteData(&code);
+    if (wanted.cx2388x) {
+      EXPECT_EQ(result, E_FAIL);
+      EXPECT_EQ(code, 0xAAAAAAAAu);
+    } else if (!wanted.ioLibrary) {
+      EXPECT_EQ(result, kRefused);
+      EXPECT_EQ(code, 0u);
+    }
+    EXPECT_EQ(TakeLog(),
+              Strings(wanted.cx2388x && !wanted.ioLibrary, "BT88X Internal_ReadGPIO() fail"));
+    card->ClearRefusals();
+    // Only the last register's reading counts.
+    card->Refuse("register read 350010", kRefused);
+    EXPECT_EQ(ZELK_GetRemoteData(&code), S_OK);
+    EXPECT_EQ(code, 0x8Fu);
+    card->ReleaseKey();
+    EXPECT_EQ(ZELK_GetRemoteData(&code), S_OK);
+    EXPECT_EQ(code, 0u);
+  }
+}
+
+TEST_F(BtBus, Locks) {
+  for (const CardSetUp& wanted : {kBt878, kCx2388x}) {
+    PlugNoted(wanted);
+    std::uint32_t on = 77;
+    EXPECT_EQ(ZELK_SetHWLock(0, 1), S_OK);
+    EXPECT_EQ(ZELK_SetHWLock(1, 2), S_OK);  // only 1 is on
+    EXPECT_EQ(ZELK_GetHWLock(0, &on), S_OK);
+    EXPECT_EQ(on, 1u);
+    EXPECT_EQ(ZELK_GetHWLock(1, &on), S_OK);
+    EXPECT_EQ(on, 0u);
+    // On a CX2388x each setting asks for the interface anew.
+    const Strings asked(wanted.cx2388x, "capture query IKsPropertySet");
+    EXPECT_EQ(
+        TakeTrace(),
+        Joined({asked, {"lock 0 := 1"}, asked, {"lock 1 := 0"}, {"lock 0 -> 1", "lock 1 -> 0"}}));
+    EXPECT_TRUE(card->Lock(0));
+    card->Refuse("lock 0", kRefused);
+    EXPECT_EQ(ZELK_SetHWLock(0, 0), kRefused);
+    EXPECT_EQ(ZELK_GetHWLock(0, &on), kRefused);
+    EXPECT_EQ(on, 0u);
+    EXPECT_THAT(TakeLog(), IsEmpty());
+  }
+  card->ClearRefusals();
+  card->Refuse("capture query IKsPropertySet", kRefused);
+  EXPECT_EQ(ZELK_SetHWLock(0, 1), kRefused);
+  EXPECT_THAT(TakeLog(), ElementsAre("BT88X SetHWLock: Get IKsPropertySet interface fail"));
+  std::uint32_t on = 77;
+  EXPECT_EQ(ZELK_GetHWLock(0, &on), S_OK);
+}
+
+TEST_F(BtBus, DecoderLock) {
+  std::uint32_t present = 77;
+  std::uint32_t strength = 77;
+  for (const CardSetUp& wanted : {kBt878Tuner, kBt878Io, kCx2388xTuner, kCx2388xIo}) {
+    SCOPED_TRACE(wanted.name);
+    PlugTv(wanted, {.tunerType = 1}, MakeAir({175250}));
+    ZELK_SetFreq(175250, nullptr);
+    TakeTrace();
+    EXPECT_EQ(Device().IsSignalPresent_DECODER(&present, &strength), S_OK);
+    EXPECT_EQ(present, 1u);
+    EXPECT_EQ(strength, 5u);
+    const std::string heard = ::testing::PrintToString(TakeTrace());
+    EXPECT_THAT(heard, ::testing::HasSubstr(!wanted.ioLibrary ? "horizontal-locked -> 1"
+                                            : wanted.cx2388x  ? "io ReadDecoder 100 -> "
+                                                              : "io READDECODER 0 -> C0"));
+    ZELK_SetFreq(471250, nullptr);
+    EXPECT_EQ(Device().IsSignalPresent_DECODER(&present, &strength), S_OK);
+    EXPECT_EQ(present, 0u);
+    EXPECT_EQ(strength, 0u);
+  }
+  PlugTv(kBt878, {});
+  for (const char* request : {"capture query IAMAnalogVideoDecoder", "capture horizontal-locked"}) {
+    card->ClearRefusals();
+    card->Refuse(request, kRefused);
+    present = 77;
+    EXPECT_EQ(Device().IsSignalPresent_DECODER(&present, nullptr), kRefused);
+    EXPECT_EQ(present, 0u);
+  }
+}
+
+}  // namespace
+}  // namespace zelk::test
