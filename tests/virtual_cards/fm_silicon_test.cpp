@@ -21,10 +21,8 @@ class FmSiliconTest : public PluggedCardTest {
     auto on = std::make_unique<Interfaces>(*card_);
     EXPECT_EQ(on->tvTuner->put_Mode(AMTUNER_MODE_FM_RADIO), S_OK);
     if (type == 40) {
-      for (const std::vector<BYTE>& bytes :
-           {std::vector<BYTE>{0x28, 0x14}, {0x0D, 0x47}, {0x0F, 0x81}}) {
+      for (const Bytes& bytes : {Bytes{0x28, 0x14}, {0x0D, 0x47}, {0x0F, 0x81}})
         on->Write(0x96, bytes);
-      }
     }
     Tune(*on, type == 40 ? 0xD8 : 0x78);
     Sleep(60);
@@ -56,32 +54,16 @@ class FmSiliconTest : public PluggedCardTest {
 };
 
 TEST_F(FmSiliconTest, AfcStepsAcrossTheStation) {
-  struct Case {
-    double offsetKHz;
-    int step;
-    bool centred;
-  };
-  for (const Case& one : {
-           Case{-151, 2, false},
-           Case{-149, -2, false},
-           Case{-94, -2, false},
-           Case{-93, -1, false},
-           Case{-74, -1, true},
-           Case{-32, -1, true},
-           Case{-31, 0, true},
-           Case{0, 0, true},
-           Case{31, 0, true},
-           Case{32, 1, true},
-           Case{76, 1, false},
-           Case{93, 1, false},
-           Case{94, 2, false},
-           Case{151, 2, false},
-       }) {
+  const std::tuple<double, int, bool> cases[] = {
+      {-151, 2, false}, {-149, -2, false}, {-94, -2, false}, {-93, -1, false},
+      {-74, -1, true},  {-32, -1, true},   {-31, 0, true},   {31, 0, true},
+      {32, 1, true},    {76, 1, false},    {93, 1, false},   {94, 2, false}};
+  for (const auto& [offsetKHz, step, centred] : cases) {
     for (const std::uint32_t type : {40u, 41u}) {
-      const auto on = Ready(type, one.offsetKHz);
-      EXPECT_EQ(Afc(*on), one.step) << type << ' ' << one.offsetKHz;
-      EXPECT_EQ(Level(*on), one.centred ? 487000 : kNoise) << type << ' ' << one.offsetKHz;
-      EXPECT_EQ(Stereo(*on), one.centred) << type << ' ' << one.offsetKHz;
+      const auto on = Ready(type, offsetKHz);
+      EXPECT_EQ(Afc(*on), step) << type << ' ' << offsetKHz;
+      EXPECT_EQ(Level(*on), centred ? 487000 : kNoise) << type << ' ' << offsetKHz;
+      EXPECT_EQ(Stereo(*on), centred) << type << ' ' << offsetKHz;
       EXPECT_EQ(card_->TunedKHz(), kTunedKHz);
     }
   }
@@ -116,6 +98,12 @@ TEST_F(FmSiliconTest, NoStrideSkipsTheMiddle) {
 }
 
 TEST_F(FmSiliconTest, AnswersInFmAlone) {
+  Plug({}, FmAirWith(kTunedKHz));
+  {
+    Interfaces other(*card_);
+    EXPECT_EQ(Level(other), 0u) << "the driver has nothing to say of other tuners";
+    EXPECT_EQ(Afc(other), 0);
+  }
   const auto on = Ready(41, 0);
   EXPECT_FALSE(Deaf(*on));
   EXPECT_EQ(on->tvTuner->put_Mode(AMTUNER_MODE_TV), S_OK);
@@ -124,12 +112,6 @@ TEST_F(FmSiliconTest, AnswersInFmAlone) {
   EXPECT_FALSE(Deaf(*on));
   on->SetOwn(0x67, 1);
   EXPECT_TRUE(Deaf(*on)) << "powered down";
-
-  // The driver has nothing to say of other tuners.
-  Plug({}, FmAirWith(kTunedKHz));
-  Interfaces other(*card_);
-  EXPECT_EQ(Level(other), 0u);
-  EXPECT_EQ(Afc(other), 0);
 }
 
 TEST_F(FmSiliconTest, SetUpAndTime) {
