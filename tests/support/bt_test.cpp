@@ -58,20 +58,11 @@ virtual_cards::BtCard& BtTest::Plug(const CardSetUp& wanted, const Board& board,
   return *card;
 }
 
-virtual_cards::BtCard& BtTest::PlugTv(const CardSetUp& wanted, const Board& board,
-                                      virtual_cards::Air air) {
+virtual_cards::BtCard& BtTest::PlugInto(HRESULT(ZELK_CALL* mode)(), const CardSetUp& wanted,
+                                        const Board& board, virtual_cards::Air air) {
   Plug(wanted, board, std::move(air));
   EXPECT_EQ(Init(), S_OK) << setUp.name << " tuner type " << board.tunerType;
-  EXPECT_EQ(ZELK_TVInit(), S_OK);
-  TakeLog();
-  return *card;
-}
-
-virtual_cards::BtCard& BtTest::PlugFm(const CardSetUp& wanted, const Board& board,
-                                      virtual_cards::Air air) {
-  Plug(wanted, board, std::move(air));
-  EXPECT_EQ(Init(), S_OK) << setUp.name << " tuner type " << board.tunerType;
-  EXPECT_EQ(ZELK_FMInit(), S_OK);
+  EXPECT_EQ(mode(), S_OK);
   TakeLog();
   return *card;
 }

@@ -81,10 +81,14 @@ class BtTest : public CardFixture {
   virtual_cards::BtCard& Plug(const CardSetUp& setUp, const Board& board,
                               virtual_cards::Air air = {});
   // The same, initialised and in TV or FM mode.
-  virtual_cards::BtCard& PlugTv(const CardSetUp& setUp, const Board& board,
-                                virtual_cards::Air air = {});
-  virtual_cards::BtCard& PlugFm(const CardSetUp& setUp, const Board& board,
-                                virtual_cards::Air air = {});
+  virtual_cards::BtCard& PlugTv(const CardSetUp& wanted, const Board& board,
+                                virtual_cards::Air air = {}) {
+    return PlugInto(ZELK_TVInit, wanted, board, std::move(air));
+  }
+  virtual_cards::BtCard& PlugFm(const CardSetUp& wanted, const Board& board,
+                                virtual_cards::Air air = {}) {
+    return PlugInto(ZELK_FMInit, wanted, board, std::move(air));
+  }
   // Puts chips that note and answer onto the tuner's and both demodulators' addresses.
   void FitNotedChips();
   std::vector<std::string> TakeNotes() { return std::exchange(notes, {}); }
@@ -95,6 +99,10 @@ class BtTest : public CardFixture {
   CardSetUp setUp = kBt878;
   std::vector<std::string> notes;
   std::optional<NotedChip> pll, demodulator, silicon;
+
+ private:
+  virtual_cards::BtCard& PlugInto(HRESULT(ZELK_CALL* mode)(), const CardSetUp& wanted,
+                                  const Board& board, virtual_cards::Air air);
 };
 
 }  // namespace zelk::test
