@@ -33,14 +33,6 @@ bool NotedChip::Write(std::span<const std::uint8_t> bytes) {
   return true;
 }
 
-bool NotedChip::Read(std::span<std::uint8_t> bytes) {
-  for (std::uint8_t& byte : bytes) {
-    byte = answers_.front();
-    if (answers_.size() > 1) answers_.pop_front();
-  }
-  return true;
-}
-
 virtual_cards::BtCard& BtTest::Plug(const CardSetUp& wanted, const Board& board,
                                     virtual_cards::Air air) {
   using namespace virtual_cards;
