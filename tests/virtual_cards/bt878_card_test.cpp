@@ -167,25 +167,6 @@ TEST_F(Bt878Test, DriverSetsTheDemodulatorUp) {
   EXPECT_EQ(on.Tune(1000000000, 49), E_INVALIDARG);
 }
 
-TEST_F(Bt878Test, StationsShowSoonAfterASmallStep) {
-  Plug({.tunerType = 45}, FmAirWith(98000));
-  const Bt878Client on(*card_);
-  on.SetUp(kSoftware);
-  const auto statusAfter = [&](DWORD milliseconds, BYTE high, BYTE low) {
-    on.Transfer({0xC2, high, low, 0x88, 0xA5});
-    Sleep(milliseconds);
-    on.Start();
-    on.WriteByte(0xC3);
-    return on.ReadByte() & 0x57;
-  };
-  EXPECT_EQ(statusAfter(20, 0x08, 0x7D) & 0x40, 0) << "out of television, to 97.95 MHz";
-  Sleep(40);
-  EXPECT_EQ(statusAfter(9, 0x08, 0x7E) & 0x40, 0);
-  EXPECT_EQ(statusAfter(16, 0x08, 0x7E), 0x52);
-  EXPECT_EQ(card_->TunedKHz(), 98000);
-  EXPECT_EQ(statusAfter(16, 0x08, 0x50) & 0x40, 0) << "a leap";
-}
-
 TEST_F(Bt878Test, ObjectsOutliveTheCard) {
   Plug({}, AirWith(175250));
   Listen();

@@ -23,7 +23,6 @@ class FmReceiverTest : public ModelTest {
     EXPECT_TRUE(bus_.Read(0xC1, status));
     return status;
   }
-  bool Stereo() { return (Status()[2] & 0x80) != 0; }
   int Counter() { return Status()[2] & 0x7F; }
   int Level() { return Status()[3] >> 4; }
 
@@ -58,13 +57,10 @@ TEST_F(FmReceiverTest, LevelFollowsTheStation) {
 }
 
 TEST_F(FmReceiverTest, StereoNeedsAPilotAndPermission) {
-  for (const bool pilot : {false, true}) {
-    for (const bool forcedMono : {false, true}) {
-      Fit(FmAirWith(kTunedKHz, pilot));
-      Tune({0x1E, 0x8E, static_cast<std::uint8_t>(forcedMono ? 0xA8 : 0xA0), 0x06, 0x00});
-      EXPECT_EQ(Stereo(), pilot && !forcedMono);
-      EXPECT_EQ(Counter(), 53);
-    }
+  for (const auto& [pilot, mode] : {std::pair{true, 0xA0}, {true, 0xA8}, {false, 0xA0}}) {
+    Fit(FmAirWith(kTunedKHz, pilot));
+    Tune({0x1E, 0x8E, static_cast<std::uint8_t>(mode), 0x06, 0x00});
+    EXPECT_EQ(Status()[2], (pilot && mode == 0xA0 ? 0x80 : 0) | 53);
   }
 }
 

@@ -112,6 +112,13 @@ TEST_F(FmTunerTest, ReadingsNeedTheirTime) {
   EXPECT_EQ(Read(0xC2), kInLock | kStereo | 2);
   Write(0xC2, {0x08, 0x7E, 0x88, 0xA4});
   EXPECT_EQ(Read(0xC2), 0);
+  // A loop that moves a little is soon in lock again.
+  Sleep(50);
+  Write(0xC2, {0x08, 0x7D});
+  Sleep(9);
+  EXPECT_EQ(Read(0xC2) & kInLock, 0);
+  Sleep(1);
+  EXPECT_EQ(Read(0xC2) & kInLock, kInLock);
 }
 
 // A TV carrier on the same frequency is no station, and FM never shows a picture.

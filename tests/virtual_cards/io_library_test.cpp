@@ -52,6 +52,8 @@ TEST_F(Bt878IoTest, CallsOutOfOrderDoNothing) {
 }
 
 TEST_F(Bt878IoTest, ALibraryOutlivesItsCard) {
+  Plug({});
+  EXPECT_FALSE(IoClient(kPioGate).Loaded()) << "a card with filters has none";
   Plug({.ioLibrary = true});
   const IoClient io(kPioGate);
   EXPECT_EQ(io.Init(), 1);

@@ -198,7 +198,12 @@ TEST_F(Ql2FiltersTest, FormatsOfTheVideoPin) {
       return stream->SetFormat(own.type);
     };
     // The application changes the size in pixels; the driver works out the rest.
+    Listen();
     EXPECT_EQ(set(352, 288), S_OK);
+    NameOf(FindPin(Filter(kCapture).Get(), L"656").Get());
+    EXPECT_THAT(trace_.Take(),
+                testing::AllOf(testing::Contains("capture pin 656 set-format 352x288"),
+                               testing::Contains("capture pin 656 info")));
     OwnedType after;
     ASSERT_EQ(stream->GetFormat(&after.type), S_OK);
     EXPECT_EQ(PictureIn(*after.type).biWidth, 352);

@@ -13,8 +13,6 @@ using testing::ElementsAre;
 constexpr GUID kForeignSet = {
     0xC44A1A10, 0x0A37, 0x11D2, {0x83, 0x28, 0x00, 0x60, 0x97, 0xBA, 0x83, 0xAB}};
 
-constexpr auto kRefused = static_cast<HRESULT>(0x80070005);
-
 using Ql2RequestsTest = Ql2CardTest;
 
 // Which properties there are the driver library's tests show; these are the mistakes of a caller.
@@ -147,23 +145,21 @@ TEST_F(Ql2RequestsTest, RefusalsReachNothing) {
   Ql2Interfaces on(*card_);
   for (const char* request :
        {"i2c write 34", "capture set QL2_BOARD.106", "encoder set QL2_ENCODER.9",
-        "tuner set TUNER.4", "tuner query IBaseFilter"}) {
-    card_->Refuse(request, kRefused);
-  }
+        "tuner set TUNER.4", "tuner query IBaseFilter"})
+    card_->Refuse(request, E_OUTOFMEMORY);
   ULONG words[8] = {0, 0, 0, 0, 0, 0, 1, 0};
-  Ql2Interfaces::I2cRequest transfer{0x34, 2, {0x00, 0x1F}};
   ComPtr<IBaseFilter> filter;
-  EXPECT_EQ(SetProperty(on.capture.Get(), kI2cSet, 0, transfer), kRefused);
-  EXPECT_EQ(SetProperty(on.capture.Get(), kBoardSet, 106, words), kRefused);
-  EXPECT_EQ(SetProperty(on.encoder.Get(), kEncoderSet, 9, words[0]), kRefused);
-  EXPECT_EQ(on.Tune(175250), kRefused);
-  EXPECT_EQ(Query(card_->TunerFilter().Get(), filter), kRefused);
+  EXPECT_FALSE(on.Write(0x34, {0x00, 0x1F}));
+  EXPECT_EQ(SetProperty(on.capture.Get(), kBoardSet, 106, words), E_OUTOFMEMORY);
+  EXPECT_EQ(SetProperty(on.encoder.Get(), kEncoderSet, 9, words[0]), E_OUTOFMEMORY);
+  EXPECT_EQ(on.Tune(175250), E_OUTOFMEMORY);
+  EXPECT_EQ(Query(card_->TunerFilter().Get(), filter), E_OUTOFMEMORY);
   EXPECT_EQ(card_->AdcRegister(0), 0);
   EXPECT_EQ(card_->Lock(0), 0U);
   EXPECT_EQ(card_->EncoderValue(9), 14U);
   EXPECT_EQ(card_->TunedKHz(), 0);
   card_->ClearRefusals();
-  EXPECT_EQ(SetProperty(on.capture.Get(), kI2cSet, 0, transfer), S_OK);
+  EXPECT_TRUE(on.Write(0x34, {0x00, 0x1F}));
   EXPECT_EQ(card_->AdcRegister(0), 0x1F);
 }
 

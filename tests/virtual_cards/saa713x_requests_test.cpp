@@ -134,6 +134,7 @@ TEST_F(Saa713xRequests, MalformedRequests) {
     EXPECT_EQ(on.tuner->Set(kPropsetTuner, 4, words, 52, words, 52), E_INVALIDARG);
   }
   const auto audio = test::FindDevice<IAMTVAudio>(kCategoryTvAudio, L"SAA713x TV Audio");
+  ASSERT_TRUE(audio);
   EXPECT_EQ(audio->put_TVAudioMode(7), E_INVALIDARG);
 }
 
