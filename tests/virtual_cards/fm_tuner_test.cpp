@@ -184,17 +184,12 @@ TEST_F(FmDemodulatorTest, LevelAndPilotAtTheTunersConverter) {
 }
 
 TEST_F(FmDemodulatorTest, SetUpMustSuitTheModule) {
+  // 4E or 5A: the modulation bit has no meaning in FM. 46 and 56 are TV, 5C is the eastern IF. The
+  // last modules have an input of their own for 10.7 MHz, whatever E says.
   const std::tuple<std::uint32_t, std::uint8_t, std::uint8_t, bool> cases[] = {
-      {13, 0x4E, 0x74, true},
-      {13, 0x5A, 0x74, true},   // the modulation bit has no meaning in FM
-      {13, 0x46, 0x74, false},  // TV
-      {13, 0x56, 0x74, false},
-      {13, 0x4E, 0x5C, false},  // the eastern IF
-      {19, 0x4E, 0x74, false},
-      {21, 0x4F, 0x7D, true},  // these have an input of their own for 10.7 MHz
-      {23, 0x4F, 0x20, true},
-      {23, 0x16, 0x7D, false},
-  };
+      {13, 0x4E, 0x74, true},  {13, 0x5A, 0x74, true},  {13, 0x46, 0x74, false},
+      {13, 0x56, 0x74, false}, {13, 0x4E, 0x5C, false}, {19, 0x4E, 0x74, false},
+      {21, 0x4F, 0x7D, true},  {23, 0x4F, 0x20, true},  {23, 0x16, 0x7D, false}};
   for (const auto& [type, b, e, heard] : cases) {
     FitReady(type, FmAirWith(kTunedKHz));
     WriteAndWait(0x86, {0x00, b, 0x90, e});

@@ -43,16 +43,14 @@ TEST_F(TunerCanTest, ReferenceStepAndByteOrder) {
 }
 
 TEST_F(TunerCanTest, BandSwitchesMustCoverTheFrequency) {
+  // Type 1 at 175.225 MHz, where low has ended (A0), and 174.85, where low and mid overlap; 30 is
+  // its high band and 02 another family's mid. Type 46 has its low band under two switch settings:
+  // (83250 + 45750) / 62.5 = 2064.
   const std::tuple<std::uint32_t, Bytes, bool> cases[] = {
-      {1, {0x0D, 0x62, 0xCE, 0xA0}, false},  // 175.225 MHz: low ends at 175 MHz
-      {1, {0x0D, 0x5C, 0xCE, 0xA0}, true},   // 174.85 MHz: low and mid overlap
-      {1, {0x0D, 0x5C, 0xCE, 0x90}, true},
-      {1, {0x0D, 0x62, 0xCE, 0x30}, false},  // high
-      {1, {0x0D, 0x62, 0xCE, 0x02}, false},  // another family's mid
-      {3, {0x0D, 0x62, 0x8E, 0x90}, false},
-      // 83.25 MHz: (83250 + 45750) / 62.5 = 2064, by either switch setting of the low band.
-      {46, {0x08, 0x10, 0xCE, 0x01}, true},
-      {46, {0x08, 0x10, 0xCE, 0x11}, true},
+      {1, {0x0D, 0x62, 0xCE, 0xA0}, false}, {1, {0x0D, 0x5C, 0xCE, 0xA0}, true},
+      {1, {0x0D, 0x5C, 0xCE, 0x90}, true},  {1, {0x0D, 0x62, 0xCE, 0x30}, false},
+      {1, {0x0D, 0x62, 0xCE, 0x02}, false}, {3, {0x0D, 0x62, 0x8E, 0x90}, false},
+      {46, {0x08, 0x10, 0xCE, 0x01}, true}, {46, {0x08, 0x10, 0xCE, 0x11}, true},
       {46, {0x08, 0x10, 0xCE, 0x02}, false}};
   for (const auto& [type, bytes, heard] : cases) {
     Fit(type, {});
