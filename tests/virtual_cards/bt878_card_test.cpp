@@ -148,8 +148,7 @@ TEST_F(Bt878Test, DriverSetsTheDemodulatorUp) {
   };
   const auto setStandard = [&](ULONG standard) {
     Block block = Block(32).Word(24, standard);
-    return on.tuner->Set(kPropsetTuner, KSPROPERTY_TUNER_STANDARD, block.Data(), 32, block.Data(),
-                         32);
+    return SetProperty(on.tuner.Get(), kPropsetTuner, KSPROPERTY_TUNER_STANDARD, block.Data(), 32);
   };
   EXPECT_FALSE(locks()) << "negative modulation at first";
   EXPECT_EQ(on.tvTuner->put_CountryCode(33), S_OK);

@@ -49,7 +49,7 @@ struct BtClient : CardClient {
   using CardClient::CardClient;
 
   HRESULT Set(DWORD id, Block& block) const {
-    return capture->Set(kZelkCapture, id, block.Data(), block.Size(), block.Data(), block.Size());
+    return SetProperty(capture.Get(), kZelkCapture, id, block.Data(), block.Size());
   }
   HRESULT Set(DWORD id, Block&& block) const { return Set(id, block); }
   HRESULT Get(DWORD id, Block& block) const {

@@ -3,6 +3,7 @@
 
 #include "model_test.h"
 #include "platform/com_ptr.h"
+#include "platform/property_request.h"
 #include "virtual_cards/cards/virtual_card.h"
 
 namespace zelk::virtual_cards {
@@ -24,8 +25,7 @@ struct CardClient {
     KSPROPERTY_TUNER_FREQUENCY_S request{};
     request.Frequency = hertz;
     request.Country = country;
-    return tuner->Set(kPropsetTuner, KSPROPERTY_TUNER_FREQUENCY, &request, sizeof request, &request,
-                      sizeof request);
+    return SetProperty(tuner.Get(), kPropsetTuner, KSPROPERTY_TUNER_FREQUENCY, request);
   }
   bool Locked() const {
     LONG locked = -1;

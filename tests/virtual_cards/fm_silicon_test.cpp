@@ -35,8 +35,7 @@ class FmSiliconTest : public PluggedCardTest {
   static int Afc(Interfaces& on) { return static_cast<int>(Word(on, 0x6E)); }
   static bool Stereo(Interfaces& on) {
     BYTE byte = 2;
-    DWORD returned = 0;
-    EXPECT_EQ(on.capture->Get(kOwnSet, 0x6F, &byte, 1, &byte, 1, &returned), S_OK);
+    EXPECT_EQ(GetProperty(on.capture.Get(), kOwnSet, 0x6F, byte), S_OK);
     EXPECT_LE(byte, 1);
     return byte == 1;
   }

@@ -49,16 +49,11 @@ struct Interfaces : CardClient {
     return i2c->ReadAt(subaddress, &byte, 1, &status) == S_OK ? byte : -1;
   }
 
-  HRESULT SetOwn(DWORD id, ULONG value) {
-    return capture->Set(kOwnSet, id, &value, sizeof value, &value, sizeof value);
-  }
-  HRESULT GetOwn(DWORD id, ULONG& value) {
-    DWORD returned = 0;
-    return capture->Get(kOwnSet, id, &value, sizeof value, &value, sizeof value, &returned);
-  }
+  HRESULT SetOwn(DWORD id, ULONG value) { return SetProperty(capture.Get(), kOwnSet, id, value); }
+  HRESULT GetOwn(DWORD id, ULONG& value) { return GetProperty(capture.Get(), kOwnSet, id, value); }
   HRESULT Notify(ULONG phase) {
     ULONG words[] = {phase, 49, AnalogVideo_PAL_B, phase};
-    return capture->Set(kTuneSet, 3, words, sizeof words, words, sizeof words);
+    return SetProperty(capture.Get(), kTuneSet, 3, words);
   }
   int Line(ULONG line) {
     ULONG value = 2;

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "card_client.h"
-#include "platform/property_request.h"
 #include "tests/support/com.h"
 #include "virtual_cards/cards/ql2_card.h"
 

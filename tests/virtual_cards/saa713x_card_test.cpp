@@ -1,6 +1,5 @@
 // The card as hardware: what its chips, lines and driver make of what a driver library does to
 // them.
-#include "platform/property_request.h"
 #include "plugged_card.h"
 
 namespace zelk::virtual_cards {

@@ -21,9 +21,9 @@ TEST_F(Saa713xRequests, TraceOfRequests) {
   on.SetOwn(0x74, 5);
   ULONG word = 0;
   BYTE stereo = 9;
-  on.capture->Get(kOwnSet, 0x6F, &stereo, 1, &stereo, 1, &word);
+  GetProperty(on.capture.Get(), kOwnSet, 0x6F, stereo);
   on.capture->QuerySupported(kOwnSet, 0x74, &word);
-  on.capture->Set(kUnknownSet, 1, &word, 4, &word, 4);
+  SetProperty(on.capture.Get(), kUnknownSet, 1, word);
   card_->AttachTrace(nullptr);
   on.Line(3);
   EXPECT_THAT(
