@@ -2,10 +2,13 @@
 
 #include "platform/com_ptr.h"
 #include "platform/control.h"
-#include "tests/host/counted_object.h"
+#include "tests/support/com.h"
 
 namespace zelk::testing {
 namespace {
+
+using test::Create;
+using test::References;
 
 constexpr CLSID kClass = {0x12345678, 1, 2, {3, 4, 5, 6, 7, 8, 9, 10}};
 
@@ -22,11 +25,10 @@ class Factory : public ComObject<IClassFactory> {
   ComPtr<IUnknown> product_;
 };
 
-template <class Interface>
-HRESULT Create(REFCLSID classId, ComPtr<Interface>& result, IUnknown* outer = nullptr) {
-  return CoCreateInstance(classId, outer, CLSCTX_INPROC_SERVER, IidOf<Interface>(),
-                          result.ReceiveVoid());
-}
+class CountedObject : public ComObject<IPersist> {
+ public:
+  HRESULT STDMETHODCALLTYPE GetClassID(CLSID*) override { return E_NOTIMPL; }
+};
 
 DWORD RegisterClassOf(IUnknown* product) {
   const auto factory = ComPtr<IClassFactory>::Adopt(new Factory(product));
@@ -122,8 +124,7 @@ TEST(RunningObjects, AreFoundByEqualMonikersUntilRevoked) {
   const auto object = ComPtr<IPersist>::Adopt(new CountedObject);
   ComPtr<IRunningObjectTable> table;
   ASSERT_EQ(GetRunningObjectTable(0, table.Receive()), S_OK);
-  ComPtr<IMoniker> name;
-  ComPtr<IMoniker> same;
+  ComPtr<IMoniker> name, same;
   ASSERT_EQ(CreateItemMoniker(L"!", L"Graph 0a", name.Receive()), S_OK);
   ASSERT_EQ(CreateItemMoniker(L"!", L"GRAPH 0A", same.Receive()), S_OK);
   DWORD hashes[2] = {0, 1};

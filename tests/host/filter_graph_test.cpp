@@ -2,12 +2,12 @@
 
 #include <string>
 
-#include "platform/com_object.h"
-#include "platform/com_ptr.h"
-#include "tests/host/counted_object.h"
+#include "tests/support/com.h"
 
 namespace zelk::testing {
 namespace {
+
+using test::References;
 
 // A filter that remembers which graph it is in.
 class Filter : public ComObject<IBaseFilter> {
@@ -36,11 +36,7 @@ class Filter : public ComObject<IBaseFilter> {
 
 class Graph : public ::testing::Test {
  protected:
-  void SetUp() override {
-    ASSERT_EQ(CoCreateInstance(kClsidFilterGraph, nullptr, CLSCTX_INPROC_SERVER,
-                               IidOf<IGraphBuilder>(), graph_.ReceiveVoid()),
-              S_OK);
-  }
+  void SetUp() override { ASSERT_EQ(test::Create(kClsidFilterGraph, graph_), S_OK); }
   static ComPtr<Filter> MakeFilter() { return ComPtr<Filter>::Adopt(new Filter); }
 
   ComPtr<IGraphBuilder> graph_;

@@ -33,14 +33,6 @@ bool NotedChip::Write(std::span<const std::uint8_t> bytes) {
   return true;
 }
 
-bool NotedChip::Read(std::span<std::uint8_t> bytes) {
-  for (std::uint8_t& byte : bytes) {
-    byte = answers_.front();
-    if (answers_.size() > 1) answers_.pop_front();
-  }
-  return true;
-}
-
 virtual_cards::BtCard& BtTest::Plug(const CardSetUp& wanted, const Board& board,
                                     virtual_cards::Air air) {
   using namespace virtual_cards;
@@ -58,20 +50,11 @@ virtual_cards::BtCard& BtTest::Plug(const CardSetUp& wanted, const Board& board,
   return *card;
 }
 
-virtual_cards::BtCard& BtTest::PlugTv(const CardSetUp& wanted, const Board& board,
-                                      virtual_cards::Air air) {
+virtual_cards::BtCard& BtTest::PlugInto(HRESULT(ZELK_CALL* mode)(), const CardSetUp& wanted,
+                                        const Board& board, virtual_cards::Air air) {
   Plug(wanted, board, std::move(air));
   EXPECT_EQ(Init(), S_OK) << setUp.name << " tuner type " << board.tunerType;
-  EXPECT_EQ(ZELK_TVInit(), S_OK);
-  TakeLog();
-  return *card;
-}
-
-virtual_cards::BtCard& BtTest::PlugFm(const CardSetUp& wanted, const Board& board,
-                                      virtual_cards::Air air) {
-  Plug(wanted, board, std::move(air));
-  EXPECT_EQ(Init(), S_OK) << setUp.name << " tuner type " << board.tunerType;
-  EXPECT_EQ(ZELK_FMInit(), S_OK);
+  EXPECT_EQ(mode(), S_OK);
   TakeLog();
   return *card;
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tests/support/card_test.h"
+#include "tests/support/told_chip.h"
 #include "virtual_cards/cards/bt878_card.h"
 #include "virtual_cards/cards/cx2388x_card.h"
 
@@ -44,24 +45,23 @@ inline EepromImage MakeEeprom(std::initializer_list<std::pair<int, std::uint8_t>
   return image;
 }
 
-// A chip that notes what is written to it, "C2: 0D 62 CE 90", and answers reads from a list, the
-// last one for good.
-class NotedChip final : public virtual_cards::I2cDevice {
+// A chip that also notes what is written to it: "C2: 0D 62 CE 90".
+class NotedChip final : public ToldChip {
  public:
   NotedChip(std::string name, std::vector<std::string>& notes)
-      : name_(std::move(name)), notes_(notes) {}
+      : name_(std::move(name)), notes_(notes) {
+    Tell({0});
+  }
 
   bool Acknowledges(virtual_cards::I2cDirection) override { return answering; }
   bool Write(std::span<const std::uint8_t> bytes) override;
-  bool Read(std::span<std::uint8_t> bytes) override;
-  void Tell(std::deque<std::uint8_t> bytes) { answers_ = std::move(bytes); }
+  void Tell(const std::deque<std::uint8_t>& bytes) { ToldChip::Tell({bytes.begin(), bytes.end()}); }
 
   bool answering = true;
 
  private:
   const std::string name_;
   std::vector<std::string>& notes_;
-  std::deque<std::uint8_t> answers_ = {0};
 };
 
 class BtTest : public CardFixture {
@@ -81,10 +81,14 @@ class BtTest : public CardFixture {
   virtual_cards::BtCard& Plug(const CardSetUp& setUp, const Board& board,
                               virtual_cards::Air air = {});
   // The same, initialised and in TV or FM mode.
-  virtual_cards::BtCard& PlugTv(const CardSetUp& setUp, const Board& board,
-                                virtual_cards::Air air = {});
-  virtual_cards::BtCard& PlugFm(const CardSetUp& setUp, const Board& board,
-                                virtual_cards::Air air = {});
+  virtual_cards::BtCard& PlugTv(const CardSetUp& wanted, const Board& board,
+                                virtual_cards::Air air = {}) {
+    return PlugInto(ZELK_TVInit, wanted, board, std::move(air));
+  }
+  virtual_cards::BtCard& PlugFm(const CardSetUp& wanted, const Board& board,
+                                virtual_cards::Air air = {}) {
+    return PlugInto(ZELK_FMInit, wanted, board, std::move(air));
+  }
   // Puts chips that note and answer onto the tuner's and both demodulators' addresses.
   void FitNotedChips();
   std::vector<std::string> TakeNotes() { return std::exchange(notes, {}); }
@@ -95,6 +99,10 @@ class BtTest : public CardFixture {
   CardSetUp setUp = kBt878;
   std::vector<std::string> notes;
   std::optional<NotedChip> pll, demodulator, silicon;
+
+ private:
+  virtual_cards::BtCard& PlugInto(HRESULT(ZELK_CALL* mode)(), const CardSetUp& wanted,
+                                  const Board& board, virtual_cards::Air air);
 };
 
 }  // namespace zelk::test

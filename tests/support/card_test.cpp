@@ -10,11 +10,10 @@ namespace zelk::test {
 virtual_cards::Air MakeAir(const std::vector<double>& pictureKHz, std::uint32_t standard) {
   virtual_cards::Air air;
   for (const double carrier : pictureKHz) {
-    air.tv.push_back({.channel = "",
-                      .station = "",
-                      .pictureKHz = carrier,
-                      .levelDbuV = 70,
-                      .standard = standard});
+    air.tv.emplace_back();
+    air.tv.back().pictureKHz = carrier;
+    air.tv.back().levelDbuV = 70;
+    air.tv.back().standard = standard;
   }
   return air;
 }

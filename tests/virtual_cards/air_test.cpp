@@ -6,7 +6,6 @@
 #include <stdlib.h>
 
 #include <algorithm>
-#include <ostream>
 #include <stdexcept>
 
 #include "platform/dshow.h"
@@ -16,45 +15,35 @@
 namespace zelk::virtual_cards {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 
-struct PlanCase {
-  const char* raster;
-  const char* channel;
-  std::uint32_t pictureKHz;
-};
-void PrintTo(const PlanCase& plan, std::ostream* out) {
-  *out << plan.raster << " channel " << plan.channel;
-}
-
-class Plan : public ::testing::TestWithParam<PlanCase> {};
-
-TEST_P(Plan, HasTheChannelOnItsCarrier) {
-  const Raster raster = LoadRaster(GetParam().raster);
-  const RasterChannel* channel = raster.Find(GetParam().channel);
-  ASSERT_TRUE(channel);
-  EXPECT_EQ(channel->pictureKHz, GetParam().pictureKHz);
-}
-
 // The ends of bands, as printed in the plans: a wrong first carrier, step or count shows there.
-INSTANTIATE_TEST_SUITE_P(
-    National, Plan,
-    ::testing::Values(PlanCase{"ntsc-m-air", "4", 67250}, PlanCase{"ntsc-m-air", "6", 83250},
-                      PlanCase{"ntsc-m-air", "13", 211250}, PlanCase{"ntsc-m-air", "69", 801250},
-                      PlanCase{"ntsc-m-cable", "99", 115250},
-                      PlanCase{"ntsc-m-cable", "22", 169250},
-                      PlanCase{"ntsc-m-cable", "36", 295250},
-                      PlanCase{"ntsc-m-cable", "94", 643250},
-                      PlanCase{"ntsc-m-cable", "125", 799250}, PlanCase{"pal-bg", "e4", 62250},
-                      PlanCase{"pal-bg", "E12", 224250}, PlanCase{"pal-bg", "S10", 168250},
-                      PlanCase{"pal-bg", "S20", 294250}, PlanCase{"pal-bg", "S41", 463250},
-                      PlanCase{"pal-bg", "K69", 855250}, PlanCase{"pal-dk", "R2", 59250},
-                      PlanCase{"pal-dk", "R5", 93250}, PlanCase{"pal-i", "IC", 61750},
-                      PlanCase{"pal-dk", "R12", 223250}, PlanCase{"pal-i", "IJ", 215250},
-                      PlanCase{"pal-i", "68", 847250}, PlanCase{"secam-l", "3", 60500},
-                      PlanCase{"secam-l", "4", 63750}, PlanCase{"secam-l", "10", 216000},
-                      PlanCase{"japan-air", "7", 189250}, PlanCase{"japan-air", "12", 217250},
-                      PlanCase{"japan-air", "62", 765250}));
+TEST(Raster, HasTheChannelsOfThePlanOnTheirCarriers) {
+  const std::pair<const char*, std::vector<std::pair<const char*, std::uint32_t>>> plans[] = {
+      {"ntsc-m-air", {{"4", 67250}, {"6", 83250}, {"13", 211250}, {"69", 801250}}},
+      {"ntsc-m-cable",
+       {{"99", 115250}, {"22", 169250}, {"36", 295250}, {"94", 643250}, {"125", 799250}}},
+      {"pal-bg",
+       {{"e4", 62250},
+        {"E12", 224250},
+        {"S10", 168250},
+        {"S20", 294250},
+        {"S41", 463250},
+        {"K69", 855250}}},
+      {"pal-dk", {{"R2", 59250}, {"R5", 93250}, {"R12", 223250}}},
+      {"pal-i", {{"IC", 61750}, {"IJ", 215250}, {"68", 847250}}},
+      {"secam-l", {{"3", 60500}, {"4", 63750}, {"10", 216000}}},
+      {"japan-air", {{"7", 189250}, {"12", 217250}, {"62", 765250}}}};
+  for (const auto& [id, channels] : plans) {
+    const Raster raster = LoadRaster(id);
+    for (const auto& [name, pictureKHz] : channels) {
+      const RasterChannel* channel = raster.Find(name);
+      ASSERT_TRUE(channel) << id << ' ' << name;
+      EXPECT_EQ(channel->pictureKHz, pictureKHz) << id << ' ' << name;
+    }
+  }
+}
 
 TEST(Raster, FindsTheNearestChannelWithinTheTolerance) {
   const Raster raster = LoadRaster("pal-bg");
@@ -147,42 +136,28 @@ TEST_F(OwnData, IsTakenFromTheFolderNamedInTheEnvironment) {
 }
 
 TEST_F(OwnData, OfAPlaceIsCheckedPieceByPiece) {
-  const struct {
-    const char* tv;
-    const char* says;
-  } cases[] = {
+  const std::string e5 = R"({"channel": "E5", "station": "a", "level_dbuv": )";
+  const std::pair<std::string, const char*> cases[] = {
       {R"({"channel": "E7", "station": "a", "level_dbuv": 50})", "no channel \"E7\""},
-      {R"({"channel": "E5", "station": "a", "level_dbuv": 50},
-          {"channel": "e5", "station": "b", "level_dbuv": 60})",
+      {e5 + R"(50}, {"channel": "e5", "station": "b", "level_dbuv": 60})",
        "\"tv\" entry 2: channel \"E5\" stands twice"},
-      {R"({"channel": "E5", "station": "a", "level_dbuv": 121})",
-       "\"level_dbuv\": 121 is out of range"},
-      {R"({"channel": "E5", "station": "a", "level_dbuv": -1})",
-       "\"level_dbuv\": -1 is out of range"},
-      {R"({"channel": "E5", "station": "a", "level_dbuv": "50"})",
-       "\"level_dbuv\": must be a number"},
+      {e5 + "121}", "\"level_dbuv\": 121 is out of range"},
+      {e5 + "-1}", "\"level_dbuv\": -1 is out of range"},
+      {e5 + R"("50"})", "\"level_dbuv\": must be a number"},
       {R"({"channel": 5, "station": "a", "level_dbuv": 50})", "\"channel\": must be a text"},
       {R"({"channel": "E5", "level_dbuv": 50})", "\"station\" is missing"},
-      {R"({"channel": "E5", "station": "a", "level_dbuv": 50, "offset": 3})",
-       "unknown key \"offset\""},
-      {R"({"channel": "E5", "station": "a", "level_dbuv": 50, "offset_khz": 2000})",
-       "\"offset_khz\": 2000 is out of range"},
-      {R"({"channel": "E5", "station": "a", "level_dbuv": 50, "standard": "PAL"})",
-       "\"PAL\" is not a video standard"},
-      {R"({"channel": "E5", "channel": "E6", "station": "a", "level_dbuv": 50})", "stands twice"},
+      {e5 + R"(50, "offset": 3})", "unknown key \"offset\""},
+      {e5 + R"(50, "offset_khz": 2000})", "\"offset_khz\": 2000 is out of range"},
+      {e5 + R"(50, "standard": "PAL"})", "\"PAL\" is not a video standard"},
+      {e5 + R"(50, "channel": "E6"})", "stands twice"},
       {R"("E5")", "must be an object"},
-      {R"({"channel": "E5")", "parse error"},
-  };
-  for (const auto& row : cases) {
-    const std::string complaint = Complaint(PlaceText(row.tv));
-    EXPECT_THAT(complaint, HasSubstr("here.json")) << row.tv;
-    EXPECT_THAT(complaint, HasSubstr(row.says)) << row.tv;
-  }
-  EXPECT_THAT(Complaint(PlaceText("", R"({"frequency_khz": 98600, "station": "a", "level_dbuv": 50,
-                                         "stereo": 1})")),
+      {R"({"channel": "E5")", "parse error"}};
+  for (const auto& [tv, says] : cases)
+    EXPECT_THAT(Complaint(PlaceText(tv)), AllOf(HasSubstr("here.json"), HasSubstr(says))) << tv;
+  const std::string fm = R"({"station": "a", "level_dbuv": 50, "frequency_khz": )";
+  EXPECT_THAT(Complaint(PlaceText("", fm + R"(98600, "stereo": 1})")),
               HasSubstr("\"fm\" entry 1, \"stereo\": must be true or false"));
-  EXPECT_THAT(Complaint(PlaceText("", R"({"frequency_khz": 98.6, "station": "a", "level_dbuv": 50,
-                                         "stereo": true})")),
+  EXPECT_THAT(Complaint(PlaceText("", fm + R"(98.6, "stereo": true})")),
               HasSubstr("\"frequency_khz\": must be a whole number"));
   EXPECT_THAT(Complaint(R"({"place": "p", "raster": "moon", "tv": [], "fm": []})"),
               HasSubstr("no raster \"moon\"; there are: plan"));
@@ -190,26 +165,25 @@ TEST_F(OwnData, OfAPlaceIsCheckedPieceByPiece) {
 }
 
 TEST_F(OwnData, OfARasterIsCheckedPieceByPiece) {
-  const auto raster = [](const std::string& bands, const std::string& channels) {
-    return R"({"source": "s", "title": "t", "standard": "PAL_B", "country": 49, "bands": [)" +
-           bands + R"(], "channels": {)" + channels + "}}";
-  };
-  const char* band = R"({"band": "b", "prefix": "E", "numbers": [5, 6], "first_khz": 175250,
-                         "step_khz": 7000})";
-  EXPECT_THAT(RasterComplaint(raster(band, R"("E6": 189250)")), HasSubstr("\"E6\" stands twice"));
-  EXPECT_THAT(RasterComplaint(raster(band, R"("X1": 182250)")), HasSubstr("stand on one carrier"));
-  EXPECT_THAT(RasterComplaint(raster(band, R"("X1": 182.25)")),
-              HasSubstr("must be a whole number"));
-  EXPECT_THAT(RasterComplaint(raster(band, R"("X1": 60000, "X1": 61000)")),
-              HasSubstr("stands twice"));
-  EXPECT_THAT(RasterComplaint(raster(R"({"band": "b", "numbers": [6, 5], "first_khz": 175250,
-                                         "step_khz": 7000})",
-                                     "")),
-              HasSubstr("entry 2: 5 is out of range"));
-  EXPECT_THAT(RasterComplaint(raster("", "")), HasSubstr("has no channels"));
+  const std::string band = R"({"band": "b", "prefix": "E", "first_khz": 175250, "step_khz": 7000,
+                               "numbers": )";
+  const std::tuple<std::string, const char*, const char*> cases[] = {
+      {band + "[5, 6]}", R"("E6": 189250)", "\"E6\" stands twice"},
+      {band + "[5, 6]}", R"("X1": 182250)", "stand on one carrier"},
+      {band + "[5, 6]}", R"("X1": 182.25)", "must be a whole number"},
+      {band + "[5, 6]}", R"("X1": 60000, "X1": 61000)", "stands twice"},
+      {band + "[6, 5]}", "", "entry 2: 5 is out of range"},
+      {"", "", "has no channels"}};
+  for (const auto& [bands, channels, says] : cases) {
+    EXPECT_THAT(
+        RasterComplaint(
+            R"({"source": "s", "title": "t", "standard": "PAL_B", "country": 49, "bands": [)" +
+            bands + R"(], "channels": {)" + channels + "}}"),
+        HasSubstr(says));
+  }
   EXPECT_THAT(RasterComplaint(R"({"titel": "t"})"), HasSubstr("unknown key \"titel\""));
-  // An id is no path.
-  EXPECT_THAT(ComplaintOf([] { LoadRaster("../rasters/plan"); }), HasSubstr("no raster"));
+  EXPECT_THAT(ComplaintOf([] { LoadRaster("../rasters/plan"); }), HasSubstr("no raster"))
+      << "an id is no path";
 }
 
 }  // namespace

@@ -50,7 +50,7 @@ struct Bt878Client : BtClient {
   }
 };
 
-using Bt878Test = BtCardTest<Bt878Card, Bt878Options>;
+using Bt878Test = CardModelTest<Bt878Card, Bt878Options>;
 
 TEST_F(Bt878Test, EachEngineNeedsItsSetUp) {
   Plug({.tunerType = 13});
@@ -101,7 +101,6 @@ TEST_F(Bt878Test, PinsAreTheChipsUntilTheyAreInputs) {
   card_->PressKey(0xA7);
   EXPECT_EQ(on.ReadPins(15, 23), 0) << "driven by the chip";
   for (ULONG pin = 15; pin <= 23; ++pin) on.SetPin(pin, 0);
-  EXPECT_EQ(on.ReadPins(16, 17), 3);
   EXPECT_EQ(on.SetPin(15, 1), S_OK);
   EXPECT_EQ(on.ReadPins(15, 17), 6);
   EXPECT_EQ(on.ReadPins(15, 24), -1);
@@ -124,11 +123,6 @@ TEST_F(Bt878Test, RefusedRequestsDoNotReachTheHardware) {
   EXPECT_EQ(on.WriteByte(0xA0), E_FAIL) << "no address any more";
   card_->Refuse("i2c order read-byte", E_OUTOFMEMORY);
   EXPECT_EQ(on.Set(4, BtClient::I2cBlock(kOrderByte)), E_OUTOFMEMORY);
-  card_->Refuse("lock 0 :=", E_UNEXPECTED);
-  EXPECT_EQ(on.Set(6, Block(32).Byte(24, 1)), E_UNEXPECTED);
-  EXPECT_FALSE(card_->Lock(0));
-  EXPECT_EQ(on.Set(7, Block(32).Byte(24, 2)), S_OK);
-  EXPECT_FALSE(card_->Lock(1)) << "1 alone is on";
 }
 
 // Only a block of the right length holds a command; any other is a request like those of the other
@@ -143,6 +137,8 @@ TEST_F(Bt878Test, MalformedRequests) {
 }
 
 TEST_F(Bt878Test, DriverSetsTheDemodulatorUp) {
+  Plug({.tunerType = 14});
+  EXPECT_EQ(BtClient(*card_).tvTuner->put_Mode(AMTUNER_MODE_FM_RADIO), E_INVALIDARG);
   Plug({.tunerType = 15}, AirWith(205250, AnalogVideo_SECAM_L));
   const BtClient on(*card_);
   const auto locks = [&] {
@@ -150,12 +146,16 @@ TEST_F(Bt878Test, DriverSetsTheDemodulatorUp) {
     Sleep(60);
     return on.Locked();
   };
+  const auto setStandard = [&](ULONG standard) {
+    Block block = Block(32).Word(24, standard);
+    return SetProperty(on.tuner.Get(), kPropsetTuner, KSPROPERTY_TUNER_STANDARD, block.Data(), 32);
+  };
   EXPECT_FALSE(locks()) << "negative modulation at first";
   EXPECT_EQ(on.tvTuner->put_CountryCode(33), S_OK);
   EXPECT_TRUE(locks());
-  EXPECT_EQ(on.SetStandard(AnalogVideo_PAL_D), S_OK);
+  EXPECT_EQ(setStandard(AnalogVideo_PAL_D), S_OK);
   EXPECT_FALSE(locks());
-  EXPECT_EQ(on.SetStandard(AnalogVideo_SECAM_L), S_OK);
+  EXPECT_EQ(setStandard(AnalogVideo_SECAM_L), S_OK);
   EXPECT_TRUE(locks());
   EXPECT_EQ(on.tvTuner->put_Mode(AMTUNER_MODE_FM_RADIO), S_OK);
   EXPECT_EQ(on.Tune(98000000, 33), S_OK);
@@ -164,35 +164,12 @@ TEST_F(Bt878Test, DriverSetsTheDemodulatorUp) {
   EXPECT_TRUE(locks());
   EXPECT_EQ(on.tvTuner->put_Mode(AMTUNER_MODE_DSS), E_INVALIDARG);
   EXPECT_EQ(on.Tune(1000000000, 49), E_INVALIDARG);
-  Plug({.tunerType = 14});
-  EXPECT_EQ(BtClient(*card_).tvTuner->put_Mode(AMTUNER_MODE_FM_RADIO), E_INVALIDARG);
 }
 
-TEST_F(Bt878Test, StationsShowSoonAfterASmallStep) {
-  Plug({.tunerType = 45}, FmAirWith(98000));
-  const Bt878Client on(*card_);
-  on.SetUp(kSoftware);
-  const auto statusAfter = [&](DWORD milliseconds, BYTE high, BYTE low) {
-    on.Transfer({0xC2, high, low, 0x88, 0xA5});
-    Sleep(milliseconds);
-    on.Start();
-    on.WriteByte(0xC3);
-    return on.ReadByte() & 0x57;
-  };
-  EXPECT_EQ(statusAfter(20, 0x08, 0x7D) & 0x40, 0) << "out of television, to 97.95 MHz";
-  Sleep(40);
-  EXPECT_EQ(statusAfter(9, 0x08, 0x7E) & 0x40, 0);
-  EXPECT_EQ(statusAfter(16, 0x08, 0x7E), 0x52);
-  EXPECT_EQ(card_->TunedKHz(), 98000);
-  EXPECT_EQ(statusAfter(16, 0x08, 0x50) & 0x40, 0) << "a leap";
-}
-
-TEST_F(Bt878Test, ReferencesAreCountedAndOutliveTheCard) {
+TEST_F(Bt878Test, ObjectsOutliveTheCard) {
   Plug({}, AirWith(175250));
   Listen();
-  EXPECT_EQ(card_->LiveReferences(), 0);
   const Bt878Client on(*card_);
-  EXPECT_EQ(card_->LiveReferences(), 4);
   on.SetUp(kSoftware);
   on.Transfer({0xC2, 0x0D, 0x62, 0xCE, 0x90});
   card_.reset();

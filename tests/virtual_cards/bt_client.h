@@ -7,11 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "model_test.h"
-#include "platform/com_ptr.h"
+#include "card_client.h"
 #include "platform/win32.h"
-#include "virtual_cards/bus_trace.h"
-#include "virtual_cards/cards/virtual_card.h"
 
 namespace zelk::virtual_cards {
 
@@ -48,22 +45,11 @@ class Block {
   std::vector<BYTE> bytes_;
 };
 
-// The interfaces of a card's filters. All are released with the object.
-struct BtClient {
-  ComPtr<IKsPropertySet> capture;
-  ComPtr<IAMAnalogVideoDecoder> decoder;
-  ComPtr<IKsPropertySet> tuner;
-  ComPtr<IAMTVTuner> tvTuner;
-
-  explicit BtClient(VirtualCard& card) {
-    EXPECT_EQ(Query(card.CaptureFilter().Get(), capture), S_OK);
-    EXPECT_EQ(Query(card.CaptureFilter().Get(), decoder), S_OK);
-    Query(card.TunerFilter().Get(), tuner);
-    Query(card.TunerFilter().Get(), tvTuner);
-  }
+struct BtClient : CardClient {
+  using CardClient::CardClient;
 
   HRESULT Set(DWORD id, Block& block) const {
-    return capture->Set(kZelkCapture, id, block.Data(), block.Size(), block.Data(), block.Size());
+    return SetProperty(capture.Get(), kZelkCapture, id, block.Data(), block.Size());
   }
   HRESULT Set(DWORD id, Block&& block) const { return Set(id, block); }
   HRESULT Get(DWORD id, Block& block) const {
@@ -87,23 +73,6 @@ struct BtClient {
     block.Word(116, static_cast<ULONG>(bytes.size()));
     code = Set(4, block);
     return block;
-  }
-
-  // --- Tuner filter ---
-  HRESULT Tune(ULONG hertz, ULONG country) const {
-    return SetTuner(KSPROPERTY_TUNER_FREQUENCY, Block(56).Word(24, hertz).Word(48, country));
-  }
-  HRESULT SetStandard(ULONG standard) const {
-    return SetTuner(KSPROPERTY_TUNER_STANDARD, Block(32).Word(24, standard));
-  }
-  HRESULT SetTuner(DWORD id, Block block) const {
-    return tuner->Set(kPropsetTuner, id, block.Data(), block.Size(), block.Data(), block.Size());
-  }
-
-  bool Locked() const {
-    LONG locked = -1;
-    EXPECT_EQ(decoder->get_HorizontalLocked(&locked), S_OK);
-    return locked == 1;
   }
 };
 
@@ -153,21 +122,6 @@ class IoClient {
  private:
   const Names& names_;
   const HMODULE module_;
-};
-
-// `Card` is the family's card, `Options` what one is made from.
-template <class Card, class Options>
-class BtCardTest : public ModelTest {
- protected:
-  Card& Plug(const Options& options, Air air = {}) {
-    card_.reset();
-    card_ = Card::Create(options, std::move(air));
-    return *card_;
-  }
-  void Listen() { card_->AttachTrace(&trace_); }
-
-  std::unique_ptr<Card> card_;
-  RecordedTrace trace_;
 };
 
 }  // namespace zelk::virtual_cards

@@ -35,7 +35,7 @@ struct Cx2388xClient : BtClient {
   }
 };
 
-using Cx2388xTest = BtCardTest<Cx2388xCard, Cx2388xOptions>;
+using Cx2388xTest = CardModelTest<Cx2388xCard, Cx2388xOptions>;
 
 TEST_F(Cx2388xTest, FailedTransfersShowInTheStatusWordAlone) {
   Plug({});
@@ -76,29 +76,24 @@ TEST_F(Cx2388xTest, RegistersAreSelectedAndThenRead) {
 
 // Where no driver of its own sets the demodulator up, the capture driver has done so at its start.
 TEST_F(Cx2388xTest, DemodulatorIsSetUpAtTheStart) {
-  struct Case {
-    std::uint32_t type, standard;
-    unsigned ifKHz;
-    BYTE band;
-  };
-  for (const Case& one : {
-           Case{12, AnalogVideo_NTSC_M, 45750, 0x42},
-           Case{14, AnalogVideo_PAL_B, 38900, 0x22},
-           Case{17, AnalogVideo_NTSC_M, 58750, 0x42},
-           Case{21, AnalogVideo_PAL_B, 38900, 0x02},
-           Case{24, AnalogVideo_NTSC_M, 45750, 0x02},
-       }) {
-    Plug({.tunerType = one.type}, AirWith(205250, one.standard));
+  const std::tuple<std::uint32_t, LONG, unsigned, BYTE> cases[] = {
+      {12, AnalogVideo_NTSC_M, 45750, 0x42},
+      {14, AnalogVideo_PAL_B, 38900, 0x22},
+      {17, AnalogVideo_NTSC_M, 58750, 0x42},
+      {21, AnalogVideo_PAL_B, 38900, 0x02},
+      {24, AnalogVideo_NTSC_M, 45750, 0x02}};
+  for (const auto& [type, standard, ifKHz, band] : cases) {
+    Plug({.tunerType = type}, AirWith(205250, standard));
     const Cx2388xClient on(*card_);
     HRESULT code = S_OK;
     on.SetUp(kHardware);
     on.Read(0x86, code);  // ends the power-on state
-    const unsigned divider = (205250 + one.ifKHz) * 16 / 1000;
+    const unsigned divider = (205250 + ifKHz) * 16 / 1000;
     const auto high = static_cast<BYTE>(divider >> 8);
-    EXPECT_TRUE(on.Write(0xC0, {high, static_cast<BYTE>(divider), 0xCE, one.band}, code));
+    EXPECT_TRUE(on.Write(0xC0, {high, static_cast<BYTE>(divider), 0xCE, band}, code));
     Sleep(60);
-    EXPECT_TRUE(on.Locked()) << one.type;
-    EXPECT_EQ(on.Read(0x86, code) & 0xE0, 0xE0) << "sound, picture and carrier of " << one.type;
+    EXPECT_TRUE(on.Locked()) << type;
+    EXPECT_EQ(on.Read(0x86, code) & 0xE0, 0xE0) << "sound, picture and carrier of " << type;
   }
 }
 

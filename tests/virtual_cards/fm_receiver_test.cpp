@@ -10,22 +10,19 @@ constexpr int kNoise = 31;
 
 class FmReceiverTest : public ModelTest {
  protected:
+  FmReceiverTest() { Fit({}); }
   void Fit(Air air) {
     bus_ = {};
     air_ = std::move(air);
     chip_ = std::make_unique<FmReceiver>(air_);
     bus_.Attach(0xC0, chip_.get());
   }
-  void Tune(std::initializer_list<std::uint8_t> bytes = {0x1E, 0x8E, 0xA0, 0x06, 0x00}) {
-    EXPECT_TRUE(Write(0xC0, bytes));
-    Sleep(60);
-  }
+  void Tune(const Bytes& bytes = {0x1E, 0x8E, 0xA0, 0x06, 0x00}) { WriteAndWait(0xC0, bytes); }
   std::array<std::uint8_t, 5> Status() {
     std::array<std::uint8_t, 5> status{};
     EXPECT_TRUE(bus_.Read(0xC1, status));
     return status;
   }
-  bool Stereo() { return (Status()[2] & 0x80) != 0; }
   int Counter() { return Status()[2] & 0x7F; }
   int Level() { return Status()[3] >> 4; }
 
@@ -34,39 +31,19 @@ class FmReceiverTest : public ModelTest {
 };
 
 TEST_F(FmReceiverTest, CounterFallsAcrossTheStation) {
-  struct Case {
-    double offsetKHz;  // station minus tuned frequency
-    int counter;
-    bool centred;
-  };
-  for (const Case& one : {
-           Case{151, kNoise, false},
-           Case{150, 83, false},
-           Case{100, 73, false},
-           Case{76, 68, false},
-           Case{75, 68, true},
-           Case{50, 63, true},
-           Case{10, 55, true},
-           Case{2, 53, true},
-           Case{0, 53, true},
-           Case{-10, 51, true},
-           Case{-50, 43, true},
-           Case{-150, 23, false},
-           Case{-151, kNoise, false},
-       }) {
-    Fit(FmAirWith(kTunedKHz + one.offsetKHz));
-    Tune();
-    EXPECT_EQ(Counter(), one.counter) << one.offsetKHz;
-    EXPECT_EQ(Level(), one.centred ? 13 : 2) << one.offsetKHz;
-    EXPECT_EQ(Stereo(), one.centred) << one.offsetKHz;
-  }
-}
-
-TEST_F(FmReceiverTest, StatusBytes) {
-  Fit(FmAirWith(kTunedKHz));
   EXPECT_THAT(Status(), testing::ElementsAre(0x00, 0x00, kNoise, 0x20, 0x00)) << "never tuned";
-  Tune();
-  EXPECT_THAT(Status(), testing::ElementsAre(0x9E, 0x8E, 0x80 | 53, 0xD0, 0x00));
+  // Station minus tuned frequency, the counter, and whether the station is near enough to be heard.
+  const std::tuple<double, int, bool> cases[] = {
+      {151, kNoise, false}, {150, 83, false},     {76, 68, false}, {75, 68, true},
+      {10, 55, true},       {2, 53, true},        {-10, 51, true}, {-50, 43, true},
+      {-150, 23, false},    {-151, kNoise, false}};
+  for (const auto& [offsetKHz, counter, centred] : cases) {
+    Fit(FmAirWith(kTunedKHz + offsetKHz));
+    Tune();
+    EXPECT_THAT(Status(), testing::ElementsAre(0x9E, 0x8E, counter | (centred ? 0x80 : 0),
+                                               centred ? 0xD0 : 0x20, 0x00))
+        << offsetKHz;
+  }
 }
 
 TEST_F(FmReceiverTest, LevelFollowsTheStation) {
@@ -80,36 +57,28 @@ TEST_F(FmReceiverTest, LevelFollowsTheStation) {
 }
 
 TEST_F(FmReceiverTest, StereoNeedsAPilotAndPermission) {
-  for (const bool pilot : {false, true}) {
-    for (const bool forcedMono : {false, true}) {
-      Fit(FmAirWith(kTunedKHz, pilot));
-      Tune({0x1E, 0x8E, static_cast<std::uint8_t>(forcedMono ? 0xA8 : 0xA0), 0x06, 0x00});
-      EXPECT_EQ(Stereo(), pilot && !forcedMono);
-      EXPECT_EQ(Counter(), 53);
-    }
+  for (const auto& [pilot, mode] : {std::pair{true, 0xA0}, {true, 0xA8}, {false, 0xA0}}) {
+    Fit(FmAirWith(kTunedKHz, pilot));
+    Tune({0x1E, 0x8E, static_cast<std::uint8_t>(mode), 0x06, 0x00});
+    EXPECT_EQ(Status()[2], (pilot && mode == 0xA0 ? 0x80 : 0) | 53);
   }
 }
 
 TEST_F(FmReceiverTest, BandAndReferenceMustFit) {
-  struct Case {
-    std::uint8_t high, low, mode, setUp, reference;
-    double tunedKHz;
-  };
-  for (const Case& one : {
-           Case{0x1E, 0x8E, 0xA0, 0x06, 0x00, 98000},
-           Case{0x5E, 0x8E, 0xA0, 0x06, 0x00, 98000},  // the search bit is no divider bit
-           Case{0x1E, 0x8E, 0xB0, 0x06, 0x00, 97550},  // mixed from above
-           Case{0x1E, 0x8E, 0xA0, 0x26, 0x00, 0},      // beyond the Japanese band
-           Case{0x18, 0xEE, 0xA0, 0x26, 0x00, 80000},
-           Case{0x18, 0xEE, 0xA0, 0x06, 0x00, 0},  // below the western band
-           Case{0x1E, 0x8E, 0xA0, 0x46, 0x00, 0},  // standby
-           Case{0x1E, 0x8E, 0xA0, 0x16, 0x00, 0},  // for a watch crystal
-           Case{0x1E, 0x8E, 0xA0, 0x06, 0x80, 0},  // for one of 6.5 MHz
-       }) {
-    Fit(FmAirWith(one.tunedKHz > 0 ? one.tunedKHz : kTunedKHz));
-    Tune({one.high, one.low, one.mode, one.setUp, one.reference});
-    EXPECT_EQ(chip_->TunedKHz(), one.tunedKHz);
-    EXPECT_EQ(Counter(), one.tunedKHz > 0 ? 53 : kNoise) << int{one.setUp};
+  const std::pair<Bytes, double> cases[] = {
+      {{0x5E, 0x8E, 0xA0, 0x06, 0x00}, 98000},  // the search bit is no divider bit
+      {{0x1E, 0x8E, 0xB0, 0x06, 0x00}, 97550},  // mixed from above
+      {{0x1E, 0x8E, 0xA0, 0x26, 0x00}, 0},      // beyond the Japanese band
+      {{0x18, 0xEE, 0xA0, 0x26, 0x00}, 80000},
+      {{0x18, 0xEE, 0xA0, 0x06, 0x00}, 0},   // below the western band
+      {{0x1E, 0x8E, 0xA0, 0x46, 0x00}, 0},   // standby
+      {{0x1E, 0x8E, 0xA0, 0x16, 0x00}, 0},   // for a watch crystal
+      {{0x1E, 0x8E, 0xA0, 0x06, 0x80}, 0}};  // for one of 6.5 MHz
+  for (const auto& [bytes, tunedKHz] : cases) {
+    Fit(FmAirWith(tunedKHz > 0 ? tunedKHz : kTunedKHz));
+    Tune(bytes);
+    EXPECT_EQ(chip_->TunedKHz(), tunedKHz);
+    EXPECT_EQ(Counter(), tunedKHz > 0 ? 53 : kNoise) << testing::PrintToString(bytes);
   }
 }
 

@@ -4,8 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <initializer_list>
 #include <memory>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -17,14 +17,15 @@
 
 namespace zelk::virtual_cards {
 
+using Bytes = std::vector<std::uint8_t>;
+
 inline Air AirWith(double pictureKHz, std::uint32_t standard = AnalogVideo_PAL_B,
                    double levelDbuV = 70) {
-  TvCarrier carrier;
-  carrier.pictureKHz = pictureKHz;
-  carrier.levelDbuV = levelDbuV;
-  carrier.standard = standard;
   Air air;
-  air.tv = {carrier};
+  air.tv.emplace_back();
+  air.tv[0].pictureKHz = pictureKHz;
+  air.tv[0].levelDbuV = levelDbuV;
+  air.tv[0].standard = standard;
   return air;
 }
 
@@ -39,8 +40,11 @@ class ModelTest : public testing::Test {
   ModelTest() { host::UseVirtualClock(); }
   ~ModelTest() override { host::UseRealClock(); }
 
-  bool Write(std::uint8_t address, std::initializer_list<std::uint8_t> bytes) {
-    return bus_.Write(address, std::vector<std::uint8_t>(bytes));
+  bool Write(std::uint8_t address, const Bytes& bytes) { return bus_.Write(address, bytes); }
+  // The same, and then the time for everything to settle.
+  void WriteAndWait(std::uint8_t address, const Bytes& bytes) {
+    EXPECT_TRUE(Write(address, bytes));
+    Sleep(60);
   }
   // One byte, or -1 when nobody acknowledges.
   int Read(std::uint8_t address) {
@@ -58,13 +62,15 @@ class ModelTest : public testing::Test {
 // A test of one tuner module, alone on its bus and past its power-on state.
 class TunerModuleTest : public ModelTest {
  protected:
-  void Fit(std::uint32_t tunerType, Air air) {
+  void Fit(std::uint32_t tunerType, Air air, std::uint8_t address = PllTuner::kAddress) {
     bus_ = {};
     air_ = std::move(air);
-    can_ = std::make_unique<TunerCan>(tunerType, air_);
+    can_ = std::make_unique<TunerCan>(tunerType, air_, address);
     can_->AttachTo(bus_);
-    Read(0xC2);  // ends the power-on state
+    Read(address);  // both end the power-on state
+    Read(0x86);
   }
+  bool ShowsAPicture() const { return can_->Picture() != nullptr; }
 
   Air air_;
   std::unique_ptr<TunerCan> can_;

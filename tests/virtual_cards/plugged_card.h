@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "model_test.h"
-#include "platform/com_ptr.h"
+#include "card_client.h"
+#include "tests/support/com.h"
 #include "virtual_cards/cards/saa713x_card.h"
 
 namespace zelk::virtual_cards {
@@ -16,27 +16,16 @@ inline constexpr GUID kOwnSet = {
 inline constexpr GUID kTuneSet = {
     0x50468AC0, 0xD014, 0x11D3, {0xA4, 0xD9, 0x00, 0x60, 0x08, 0x0B, 0xA6, 0x34}};
 
-// The interfaces that a driver library takes. All are released with the object.
-struct Interfaces {
-  ComPtr<IKsPropertySet> capture;
-  ComPtr<IAMAnalogVideoDecoder> videoDecoder;
-  ComPtr<IKsPropertySet> tuner;
-  ComPtr<IAMTVTuner> tvTuner;
+struct Interfaces : CardClient {
   ComPtr<IVampI2c> i2c;
   ComPtr<IVampGpio> gpio;
   ComPtr<IVampDecoder> decoder;
   ComPtr<IVampDevice> device;
 
-  explicit Interfaces(VirtualCard& card) {
-    Query(card.CaptureFilter().Get(), capture);
-    Query(card.CaptureFilter().Get(), videoDecoder);
-    Query(card.TunerFilter().Get(), tuner);
-    Query(card.TunerFilter().Get(), tvTuner);
+  explicit Interfaces(VirtualCard& card) : CardClient(card) {
     ComPtr<IVampService> service;
     ComPtr<IUnknown> object;
-    EXPECT_EQ(CoCreateInstance(kClsidVampService, nullptr, CLSCTX_INPROC_SERVER,
-                               IidOf<IVampService>(), service.ReceiveVoid()),
-              S_OK);
+    EXPECT_EQ(test::Create(kClsidVampService, service), S_OK);
     EXPECT_EQ(service->GetDevice(0, object.Receive()), S_OK);
     EXPECT_EQ(Query(object.Get(), device), S_OK);
     EXPECT_EQ(device->GetI2c(i2c.Receive()), S_OK);
@@ -60,30 +49,11 @@ struct Interfaces {
     return i2c->ReadAt(subaddress, &byte, 1, &status) == S_OK ? byte : -1;
   }
 
-  HRESULT SetOwn(DWORD id, ULONG value) {
-    return capture->Set(kOwnSet, id, &value, sizeof value, &value, sizeof value);
-  }
-  HRESULT GetOwn(DWORD id, ULONG& value) {
-    DWORD returned = 0;
-    return capture->Get(kOwnSet, id, &value, sizeof value, &value, sizeof value, &returned);
-  }
+  HRESULT SetOwn(DWORD id, ULONG value) { return SetProperty(capture.Get(), kOwnSet, id, value); }
+  HRESULT GetOwn(DWORD id, ULONG& value) { return GetProperty(capture.Get(), kOwnSet, id, value); }
   HRESULT Notify(ULONG phase) {
     ULONG words[] = {phase, 49, AnalogVideo_PAL_B, phase};
-    return capture->Set(kTuneSet, 3, words, sizeof words, words, sizeof words);
-  }
-  HRESULT Tune(ULONG hertz, ULONG country) {
-    KSPROPERTY_TUNER_FREQUENCY_S request{};
-    request.Frequency = hertz;
-    request.TuningFlags = 1;
-    request.Channel = 4;
-    request.Country = country;
-    return tuner->Set(kPropsetTuner, KSPROPERTY_TUNER_FREQUENCY, &request, sizeof request, &request,
-                      sizeof request);
-  }
-  bool Locked() {
-    LONG locked = -1;
-    EXPECT_EQ(videoDecoder->get_HorizontalLocked(&locked), S_OK);
-    return locked == 1;
+    return SetProperty(capture.Get(), kTuneSet, 3, words);
   }
   int Line(ULONG line) {
     ULONG value = 2;
@@ -93,15 +63,6 @@ struct Interfaces {
   ULONG status = 0;
 };
 
-class PluggedCardTest : public ModelTest {
- protected:
-  Saa713xCard& Plug(const Saa713xOptions& options, Air air = {}) {
-    card_.reset();
-    card_ = Saa713xCard::Create(options, std::move(air));
-    return *card_;
-  }
-
-  std::unique_ptr<Saa713xCard> card_;
-};
+using PluggedCardTest = CardModelTest<Saa713xCard, Saa713xOptions>;
 
 }  // namespace zelk::virtual_cards

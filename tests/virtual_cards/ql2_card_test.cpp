@@ -9,34 +9,22 @@ constexpr double kTunedKHz = 175250;
 // What the driver makes of the chips' AFC: 100 while it has caught the carrier. 175.25 MHz lies on
 // no step of the PLL; 175.225 does, with either IF.
 TEST_F(Ql2CardTest, StatusBesideTheCarrier) {
-  struct Case {
-    double offsetKHz;  // carrier minus tuned frequency
-    unsigned byDemodulator, byPll;
-    int demodulatorKHz, pllKHz;
-  };
-  for (const Case& one : {
-           Case{-1100, 0, 0, 0, 0},
-           Case{-700, 20, 50, -187, -125},
-           Case{-130, 60, 50, -137, -125},
-           Case{-110, 80, 50, -112, -125},
-           Case{-90, 100, 100, -87, -62},
-           Case{0, 100, 100, 12, 0},
-           Case{60, 100, 100, 62, 62},
-           Case{90, 100, 100, 87, 62},
-           Case{110, 80, 0, 112, 0},
-           Case{130, 60, 0, 137, 0},
-           Case{1100, 0, 0, 0, 0},
-       }) {
+  // Carrier minus tuned frequency; the strength by demodulator and by PLL, the offset by each.
+  const std::tuple<double, unsigned, unsigned, int, int> cases[] = {
+      {-1100, 0, 0, 0, 0},        {-700, 20, 50, -187, -125}, {-130, 60, 50, -137, -125},
+      {-110, 80, 50, -112, -125}, {-90, 100, 100, -87, -62},  {0, 100, 100, 12, 0},
+      {90, 100, 100, 87, 62},     {110, 80, 0, 112, 0},       {130, 60, 0, 137, 0},
+      {1100, 0, 0, 0, 0}};
+  for (const auto& [offsetKHz, byDemodulator, byPll, demodulatorKHz, pllKHz] : cases) {
     for (const bool demodulator : {true, false}) {
-      PlugTuner(demodulator ? 11 : 50, AirWith(175225 + one.offsetKHz));
+      PlugTuner(demodulator ? 11 : 50, AirWith(175225 + offsetKHz));
       Ql2Interfaces on(*card_);
       on.tvTuner->put_CountryCode(49);
       on.Tune(175225);
       const KSPROPERTY_TUNER_STATUS_S status = on.Status();
-      EXPECT_EQ(status.SignalStrength, demodulator ? one.byDemodulator : one.byPll)
-          << one.offsetKHz << ' ' << demodulator;
-      EXPECT_EQ(static_cast<LONG>(status.PLLOffset), demodulator ? one.demodulatorKHz : one.pllKHz)
-          << one.offsetKHz << ' ' << demodulator;
+      EXPECT_EQ(status.SignalStrength, demodulator ? byDemodulator : byPll) << offsetKHz;
+      EXPECT_EQ(static_cast<LONG>(status.PLLOffset), demodulator ? demodulatorKHz : pllKHz)
+          << offsetKHz;
     }
   }
   PlugTuner(11, AirWith(175225, AnalogVideo_PAL_B, 39));
@@ -71,26 +59,17 @@ TEST_F(Ql2CardTest, ReadingsNeedTheirTime) {
 
 // The country chooses the transmission system, and with it modulation and IF.
 TEST_F(Ql2CardTest, CountryMustSuitTheCarrier) {
-  struct Case {
-    std::uint32_t standard;
-    double kHz;
-    LONG country;
-    bool locked;
-  };
-  for (const Case& one : {
-           Case{AnalogVideo_PAL_B, 175250, 49, true},
-           Case{AnalogVideo_PAL_D, 175250, 420, true},
-           Case{AnalogVideo_SECAM_L, 176000, 33, true},
-           Case{AnalogVideo_SECAM_L, 176000, 49, false},
-           Case{AnalogVideo_SECAM_L1, 55750, 33, true},  // at the lower end of the IF
-           Case{AnalogVideo_PAL_B, 55250, 33, false},
-       }) {
-    PlugTuner(11, AirWith(one.kHz, one.standard));
+  const std::tuple<LONG, double, LONG, bool> cases[] = {
+      {AnalogVideo_PAL_B, 175250, 49, true},   {AnalogVideo_PAL_D, 175250, 420, true},
+      {AnalogVideo_SECAM_L, 176000, 33, true}, {AnalogVideo_SECAM_L, 176000, 49, false},
+      {AnalogVideo_SECAM_L1, 55750, 33, true}, {AnalogVideo_PAL_B, 55250, 33, false}};
+  for (const auto& [standard, kHz, country, locked] : cases) {
+    PlugTuner(11, AirWith(kHz, standard));
     Ql2Interfaces on(*card_);
-    on.tvTuner->put_CountryCode(one.country);
-    on.Tune(one.kHz);
-    EXPECT_EQ(on.Status().SignalStrength == 100, one.locked) << one.kHz << ' ' << one.country;
-    EXPECT_EQ(on.Locked(), one.locked) << one.kHz << ' ' << one.country;
+    on.tvTuner->put_CountryCode(country);
+    on.Tune(kHz);
+    EXPECT_EQ(on.Status().SignalStrength == 100, locked) << kHz << ' ' << country;
+    EXPECT_EQ(on.Locked(), locked) << kHz << ' ' << country;
   }
 }
 

@@ -1,7 +1,5 @@
 // The QL2 card's devices as members of a filter graph: where they are found, their pins, the format
 // of pin "656", and who holds whom.
-#include <cstring>
-
 #include "platform/com_object.h"
 #include "plugged_ql2.h"
 
@@ -13,30 +11,36 @@ struct Device {
   const wchar_t* name;
   std::size_t pins;
 };
-const Device kDevices[] = {
-    {kCategoryVideoInput, kQl2CaptureName, 3},
-    {kCategoryTvTuner, kQl2TunerName, 2},
-    {kCategoryEncoder, kQl2EncoderName, 3},
-    {kCategoryTvAudio, kQl2TvAudioName, 2},
-};
+const Device kCapture = {kCategoryVideoInput, kQl2CaptureName, 3};
+const Device kTuner = {kCategoryTvTuner, kQl2TunerName, 2};
+const Device kEncoder = {kCategoryEncoder, kQl2EncoderName, 3};
+const Device kDevices[] = {kCapture, kTuner, kEncoder, {kCategoryTvAudio, kQl2TvAudioName, 2}};
 
-class Ql2FiltersTest : public Ql2CardTest {
- protected:
-  static ComPtr<IBaseFilter> Filter(const Device& device) {
-    return FindDevice<IBaseFilter>(device.category, device.name);
-  }
-  static ComPtr<IPin> FindPin(IBaseFilter* filter, const wchar_t* id) {
-    ComPtr<IPin> pin;
-    EXPECT_EQ(filter->FindPin(id, pin.Receive()), S_OK);
-    return pin;
-  }
-  // The stream configuration of pin "656".
-  static ComPtr<IAMStreamConfig> Stream() {
-    ComPtr<IAMStreamConfig> stream;
-    EXPECT_EQ(Query(FindPin(Filter(kDevices[0]).Get(), L"656").Get(), stream), S_OK);
-    return stream;
-  }
-};
+using Ql2FiltersTest = Ql2CardTest;
+
+ComPtr<IBaseFilter> Filter(const Device& device) {
+  return test::FindDevice<IBaseFilter>(device.category, device.name);
+}
+
+ComPtr<IPin> FindPin(IBaseFilter* filter, const wchar_t* id) {
+  ComPtr<IPin> pin;
+  EXPECT_EQ(filter->FindPin(id, pin.Receive()), S_OK);
+  return pin;
+}
+
+// The stream configuration of pin "656".
+ComPtr<IAMStreamConfig> Stream() {
+  ComPtr<IAMStreamConfig> stream;
+  EXPECT_EQ(Query(FindPin(Filter(kCapture).Get(), L"656").Get(), stream), S_OK);
+  return stream;
+}
+
+// An object's identity, and a valid pointer for as long as somebody holds the object.
+IUnknown* IdentityOf(IUnknown* object) {
+  ComPtr<IUnknown> identity;
+  EXPECT_EQ(Query(object, identity), S_OK);
+  return identity.Get();
+}
 
 std::wstring NameOf(IPin* pin) {
   PIN_INFO info{};
@@ -44,6 +48,13 @@ std::wstring NameOf(IPin* pin) {
   const auto filter = ComPtr<IBaseFilter>::Adopt(info.pFilter);
   EXPECT_TRUE(filter);
   return info.achName;
+}
+
+// A filter's name in its graph, and which graph that is.
+std::pair<std::wstring, IFilterGraph*> MembershipOf(const ComPtr<IBaseFilter>& filter) {
+  FILTER_INFO info{};
+  EXPECT_EQ(filter->QueryFilterInfo(&info), S_OK);
+  return {info.achName, ComPtr<IFilterGraph>::Adopt(info.pGraph).Get()};
 }
 
 // A media type that the caller owns.
@@ -65,50 +76,29 @@ BITMAPINFOHEADER& PictureIn(AM_MEDIA_TYPE& type) {
 
 TEST_F(Ql2FiltersTest, DevicesAreInTheirCategoriesWhilePluggedIn) {
   Plug({});
+  EXPECT_EQ(IdentityOf(Filter(kCapture).Get()), IdentityOf(card_->CaptureFilter().Get()));
+  EXPECT_EQ(IdentityOf(Filter(kTuner).Get()), IdentityOf(card_->TunerFilter().Get()));
   for (const Device& device : kDevices) EXPECT_TRUE(Filter(device)) << device.name;
-  ComPtr<IUnknown> capture, tuner;
-  Query(Filter(kDevices[0]).Get(), capture);
-  Query(Filter(kDevices[1]).Get(), tuner);
-  ComPtr<IUnknown> own;
-  Query(card_->CaptureFilter().Get(), own);
-  EXPECT_EQ(capture.Get(), own.Get()) << "one object, one identity";
-  Query(card_->TunerFilter().Get(), own);
-  EXPECT_EQ(tuner.Get(), own.Get());
-  own.Reset();
-  capture.Reset();
-  tuner.Reset();
   Unplug();
-  for (const Device& device : kDevices) EXPECT_FALSE(Filter(device));
+  for (const Device& device : kDevices) EXPECT_FALSE(Filter(device)) << device.name;
 }
 
 TEST_F(Ql2FiltersTest, FiltersForgetTheirGraph) {
   Plug({});
   ComPtr<IGraphBuilder> graph;
-  ASSERT_EQ(CoCreateInstance(kClsidFilterGraph, nullptr, CLSCTX_INPROC_SERVER,
-                             IidOf<IGraphBuilder>(), graph.ReceiveVoid()),
-            S_OK);
-  FILTER_INFO info{};
+  ASSERT_EQ(test::Create(kClsidFilterGraph, graph), S_OK);
   for (const Device& device : kDevices) {
-    const ComPtr<IBaseFilter> filter = Filter(device);
-    EXPECT_EQ(graph->AddFilter(filter.Get(), device.name), S_OK);
-    EXPECT_EQ(filter->QueryFilterInfo(&info), S_OK);
-    EXPECT_EQ(ComPtr<IFilterGraph>::Adopt(info.pGraph).Get(), graph.Get());
-    EXPECT_STREQ(info.achName, device.name);
+    EXPECT_EQ(graph->AddFilter(Filter(device).Get(), device.name), S_OK);
+    EXPECT_EQ(MembershipOf(Filter(device)),
+              std::pair(std::wstring(device.name), static_cast<IFilterGraph*>(graph.Get())));
   }
-  // A name that does not fit is cut.
   const std::wstring longName(200, L'x');
-  EXPECT_EQ(Filter(kDevices[0])->JoinFilterGraph(graph.Get(), longName.c_str()), S_OK);
-  EXPECT_EQ(Filter(kDevices[0])->QueryFilterInfo(&info), S_OK);
-  EXPECT_EQ(ComPtr<IFilterGraph>::Adopt(info.pGraph).Get(), graph.Get());
-  EXPECT_EQ(std::wstring(info.achName), longName.substr(0, std::size(info.achName) - 1));
+  EXPECT_EQ(Filter(kCapture)->JoinFilterGraph(graph.Get(), longName.c_str()), S_OK);
+  EXPECT_EQ(MembershipOf(Filter(kCapture)).first, longName.substr(0, 127)) << "cut to its place";
 
-  EXPECT_EQ(graph->RemoveFilter(Filter(kDevices[1]).Get()), S_OK);
+  EXPECT_EQ(graph->RemoveFilter(Filter(kTuner).Get()), S_OK);
   graph.Reset();
-  for (const Device& device : kDevices) {
-    EXPECT_EQ(Filter(device)->QueryFilterInfo(&info), S_OK);
-    EXPECT_EQ(info.pGraph, nullptr);
-  }
-  EXPECT_EQ(card_->LiveReferences(), 0);
+  for (const Device& device : kDevices) EXPECT_EQ(MembershipOf(Filter(device)).second, nullptr);
 }
 
 class Clock final : public ComObject<IReferenceClock> {
@@ -123,37 +113,31 @@ class Clock final : public ComObject<IReferenceClock> {
     return E_NOTIMPL;
   }
   HRESULT STDMETHODCALLTYPE Unadvise(DWORD_PTR) override { return E_NOTIMPL; }
-  ULONG References() {
-    AddRef();
-    return Release();
-  }
 };
 
 TEST_F(Ql2FiltersTest, StateAndClock) {
   Plug({});
-  const ComPtr<IBaseFilter> filter = Filter(kDevices[1]);
-  const auto now = [&] {
+  const ComPtr<IBaseFilter> filter = Filter(kTuner);
+  const auto stateAfter = [&](HRESULT done) {
     FILTER_STATE state{};
+    EXPECT_EQ(done, S_OK);
     EXPECT_EQ(filter->GetState(0, &state), S_OK);
     return state;
   };
-  filter->Pause();
-  EXPECT_EQ(now(), State_Paused);
-  filter->Run(0);
-  EXPECT_EQ(now(), State_Running);
-  filter->Stop();
-  EXPECT_EQ(now(), State_Stopped);
+  EXPECT_EQ(stateAfter(filter->Pause()), State_Paused);
+  EXPECT_EQ(stateAfter(filter->Run(0)), State_Running);
+  EXPECT_EQ(stateAfter(filter->Stop()), State_Stopped);
 
   const auto clock = ComPtr<Clock>::Adopt(new Clock);
   ComPtr<IReferenceClock> answered;
   EXPECT_EQ(filter->SetSyncSource(clock.Get()), S_OK);
-  EXPECT_EQ(clock->References(), 2U);
+  EXPECT_EQ(test::References(clock.Get()), 2U);
   EXPECT_EQ(filter->GetSyncSource(answered.Receive()), S_OK);
   EXPECT_EQ(answered.Get(), clock.Get());
   filter->SetSyncSource(nullptr);
   EXPECT_EQ(filter->GetSyncSource(answered.Receive()), S_OK);
   EXPECT_FALSE(answered);
-  EXPECT_EQ(clock->References(), 1U);
+  EXPECT_EQ(test::References(clock.Get()), 1U);
 }
 
 TEST_F(Ql2FiltersTest, PinsOfEachFilter) {
@@ -163,30 +147,26 @@ TEST_F(Ql2FiltersTest, PinsOfEachFilter) {
     ComPtr<IEnumPins> pins;
     ASSERT_EQ(filter->EnumPins(pins.Receive()), S_OK);
     std::size_t count = 0;
-    for (ComPtr<IPin> pin; pins->Next(1, pin.Receive(), nullptr) == S_OK; ++count) {
+    ComPtr<IPin> pin, other;
+    for (; pins->Next(1, pin.Receive(), nullptr) == S_OK; ++count) {
       LPWSTR id = nullptr;
       ASSERT_EQ(pin->QueryId(&id), S_OK);
       EXPECT_EQ(FindPin(filter.Get(), id).Get(), pin.Get());
       CoTaskMemFree(id);
-      ComPtr<IPin> other;
       EXPECT_EQ(pin->ConnectedTo(other.Receive()), VFW_E_NOT_CONNECTED);
       ComPtr<IAMStreamConfig> stream;
       EXPECT_EQ(Query(pin.Get(), stream), NameOf(pin.Get()) == L"656" ? S_OK : E_NOINTERFACE);
-      ComPtr<IUnknown> pinIdentity, filterIdentity;
-      Query(pin.Get(), pinIdentity);
-      Query(filter.Get(), filterIdentity);
-      EXPECT_NE(pinIdentity.Get(), filterIdentity.Get());
+      EXPECT_NE(IdentityOf(pin.Get()), IdentityOf(filter.Get()));
     }
     EXPECT_EQ(count, device.pins);
-    ComPtr<IPin> missing;
-    EXPECT_EQ(filter->FindPin(L"none", missing.Receive()), VFW_E_NOT_FOUND);
+    EXPECT_EQ(filter->FindPin(L"none", other.Receive()), VFW_E_NOT_FOUND);
   }
 }
 
 TEST_F(Ql2FiltersTest, EnumeratorOfPins) {
   Plug({});
   ComPtr<IEnumPins> pins, clone;
-  ASSERT_EQ(Filter(kDevices[0])->EnumPins(pins.Receive()), S_OK);
+  ASSERT_EQ(Filter(kCapture)->EnumPins(pins.Receive()), S_OK);
   IPin* several[5] = {};
   ULONG fetched = 0;
   EXPECT_EQ(pins->Next(5, several, &fetched), S_FALSE);
@@ -200,6 +180,9 @@ TEST_F(Ql2FiltersTest, EnumeratorOfPins) {
   EXPECT_EQ(clone->Next(1, same.Receive(), nullptr), S_OK);
   EXPECT_EQ(pin.Get(), same.Get());
   EXPECT_EQ(pins->Skip(1), S_FALSE);
+  card_->Refuse("capture enum-pins", E_FAIL);
+  EXPECT_EQ(Filter(kCapture)->EnumPins(pins.Receive()), E_FAIL);
+  EXPECT_FALSE(pins);
 }
 
 TEST_F(Ql2FiltersTest, FormatsOfTheVideoPin) {
@@ -209,22 +192,26 @@ TEST_F(Ql2FiltersTest, FormatsOfTheVideoPin) {
     OwnedType own;
     ASSERT_EQ(stream->GetFormat(&own.type), S_OK);
     BITMAPINFOHEADER& picture = PictureIn(*own.type);
+    const auto set = [&](int width, int height) {
+      picture.biWidth = width;
+      picture.biHeight = height;
+      return stream->SetFormat(own.type);
+    };
     // The application changes the size in pixels; the driver works out the rest.
-    picture.biWidth = 352;
-    picture.biHeight = 288;
-    EXPECT_EQ(stream->SetFormat(own.type), S_OK);
-    EXPECT_EQ(card_->Picture(), (PictureSize{352, 288}));
+    Listen();
+    EXPECT_EQ(set(352, 288), S_OK);
+    NameOf(FindPin(Filter(kCapture).Get(), L"656").Get());
+    EXPECT_THAT(trace_.Take(),
+                testing::AllOf(testing::Contains("capture pin 656 set-format 352x288"),
+                               testing::Contains("capture pin 656 info")));
     OwnedType after;
     ASSERT_EQ(stream->GetFormat(&after.type), S_OK);
     EXPECT_EQ(PictureIn(*after.type).biWidth, 352);
     EXPECT_EQ(PictureIn(*after.type).biSizeImage, 352U * 288 * 2);
 
     for (const auto& [width, height] :
-         {std::pair{736, 576}, {720, 584}, {721, 576}, {720, 574}, {0, 576}, {720, -576}}) {
-      picture.biWidth = width;
-      picture.biHeight = height;
-      EXPECT_EQ(stream->SetFormat(own.type), VFW_E_TYPE_NOT_ACCEPTED) << width << 'x' << height;
-    }
+         {std::pair{736, 576}, {720, 584}, {721, 576}, {720, 574}, {0, 576}, {720, -576}})
+      EXPECT_EQ(set(width, height), VFW_E_TYPE_NOT_ACCEPTED) << width << 'x' << height;
     picture.biWidth = 480;
     picture.biHeight = 480;
     for (int wrong = 0; wrong < 5; ++wrong) {
@@ -243,51 +230,26 @@ TEST_F(Ql2FiltersTest, FormatsOfTheVideoPin) {
 
 TEST_F(Ql2FiltersTest, MediaTypesOfThePins) {
   Plug({});
-  const ComPtr<IBaseFilter> filter = Filter(kDevices[0]);
-  const ComPtr<IPin> video = FindPin(filter.Get(), L"656");
+  const ComPtr<IPin> video = FindPin(Filter(kCapture).Get(), L"656");
+  const ComPtr<IPin> vbi = FindPin(Filter(kCapture).Get(), L"VBI");
   ComPtr<IEnumMediaTypes> types;
   ASSERT_EQ(video->EnumMediaTypes(types.Receive()), S_OK);
-  OwnedType own;
+  OwnedType own, none;
   EXPECT_EQ(types->Next(1, &own.type, nullptr), S_OK);
   EXPECT_EQ(video->QueryAccept(own.type), S_OK);
-  AM_MEDIA_TYPE* none = nullptr;
-  EXPECT_EQ(types->Next(1, &none, nullptr), S_FALSE);
-  const ComPtr<IPin> vbi = FindPin(filter.Get(), L"VBI");
+  EXPECT_EQ(types->Next(1, &none.type, nullptr), S_FALSE);
   EXPECT_EQ(vbi->QueryAccept(own.type), S_FALSE);
   ASSERT_EQ(vbi->EnumMediaTypes(types.Receive()), S_OK);
-  EXPECT_EQ(types->Next(1, &none, nullptr), S_FALSE);
-}
-
-TEST_F(Ql2FiltersTest, TraceAndRefusalsOfThePin) {
-  Plug({});
-  const ComPtr<IBaseFilter> filter = Filter(kDevices[0]);
-  const ComPtr<IPin> pin = FindPin(filter.Get(), L"656");
-  RecordedTrace trace;
-  card_->AttachTrace(&trace);
-  ComPtr<IEnumPins> pins;
-  filter->EnumPins(pins.Receive());
-  NameOf(pin.Get());
-  ComPtr<IAMStreamConfig> stream;
-  Query(pin.Get(), stream);
-  OwnedType own;
-  stream->GetFormat(&own.type);
-  stream->SetFormat(own.type);
-  EXPECT_THAT(trace.Take(), testing::ElementsAre("capture enum-pins", "capture pin 656 info",
-                                                 "capture pin 656 query IAMStreamConfig",
-                                                 "capture pin 656 get-format",
-                                                 "capture pin 656 set-format 720x576"));
-  card_->Refuse("capture enum-pins", E_FAIL);
-  EXPECT_EQ(filter->EnumPins(pins.Receive()), E_FAIL);
-  EXPECT_FALSE(pins);
+  EXPECT_EQ(types->Next(1, &none.type, nullptr), S_FALSE);
 }
 
 // What an application still holds after the card has gone stays valid.
 TEST_F(Ql2FiltersTest, PinsOutliveTheCard) {
   Plug({});
-  ComPtr<IAMStreamConfig> stream = Stream();
+  const ComPtr<IAMStreamConfig> stream = Stream();
   EXPECT_EQ(card_->LiveReferences(), 1);
   ComPtr<IEnumPins> pins;
-  Filter(kDevices[2])->EnumPins(pins.Receive());
+  Filter(kEncoder)->EnumPins(pins.Receive());
   EXPECT_GT(card_->LiveReferences(), 1);
   card_.reset();
   OwnedType own;

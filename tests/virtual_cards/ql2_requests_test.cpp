@@ -13,45 +13,31 @@ using testing::ElementsAre;
 constexpr GUID kForeignSet = {
     0xC44A1A10, 0x0A37, 0x11D2, {0x83, 0x28, 0x00, 0x60, 0x97, 0xBA, 0x83, 0xAB}};
 
-constexpr auto kRefused = static_cast<HRESULT>(0x80070005);
-
-class Ql2RequestsTest : public Ql2CardTest {};
+using Ql2RequestsTest = Ql2CardTest;
 
 // Which properties there are the driver library's tests show; these are the mistakes of a caller.
 TEST_F(Ql2RequestsTest, MalformedRequests) {
   Plug({});
   Ql2Interfaces on(*card_);
-  struct Case {
-    IKsPropertySet* filter;
-    GUID set;
-    DWORD id, instanceBytes, bytes;
-    HRESULT get, set_;
-  };
   IKsPropertySet* const capture = on.capture.Get();
-  constexpr HRESULT kNoId = E_PROP_ID_UNSUPPORTED;
-  constexpr HRESULT kNoSet = E_PROP_SET_UNSUPPORTED;
-  for (const Case& one : {
-           Case{capture, kBoardSet, 106, 32, 33, E_INVALIDARG, E_INVALIDARG},
-           Case{capture, kBoardSet, 106, 31, 32, E_INVALIDARG, E_INVALIDARG},
-           Case{capture, kBoardSet, 107, 32, 32, kNoId, kNoId},
-           Case{capture, kBoardSet, 111, 32, 32, kNoId, S_OK},
-           Case{capture, kBoardSet, 112, 32, 32, S_OK, kNoId},
-           Case{capture, kEncoderSet, 9, 4, 4, kNoSet, kNoSet},
-           Case{capture, kForeignSet, 0, 24, 24, kNoSet, kNoSet},
-           Case{on.encoder.Get(), kEncoderSet, 3, 1, 1, S_OK, E_INVALIDARG},
-           Case{on.tuner.Get(), kPropsetTuner, 6, 40, 40, S_OK, kNoId},
-       }) {
+  constexpr HRESULT kNoId = E_PROP_ID_UNSUPPORTED, kNoSet = E_PROP_SET_UNSUPPORTED;
+  // Filter, set, property, both lengths, and the results of reading and writing.
+  const std::tuple<IKsPropertySet*, GUID, DWORD, DWORD, DWORD, HRESULT, HRESULT> cases[] = {
+      {capture, kBoardSet, 106, 32, 33, E_INVALIDARG, E_INVALIDARG},
+      {capture, kBoardSet, 106, 31, 32, E_INVALIDARG, E_INVALIDARG},
+      {capture, kBoardSet, 107, 32, 32, kNoId, kNoId},
+      {capture, kBoardSet, 111, 32, 32, kNoId, S_OK},
+      {capture, kBoardSet, 112, 32, 32, S_OK, kNoId},
+      {capture, kEncoderSet, 9, 4, 4, kNoSet, kNoSet},
+      {on.encoder.Get(), kEncoderSet, 3, 1, 1, S_OK, E_INVALIDARG},
+      {on.tuner.Get(), kPropsetTuner, 6, 40, 40, S_OK, kNoId}};
+  for (const auto& [filter, set, id, instanceBytes, bytes, get, put] : cases) {
     BYTE block[64] = {};
     DWORD returned = 99;
-    EXPECT_EQ(
-        one.filter->Get(one.set, one.id, block, one.instanceBytes, block, one.bytes, &returned),
-        one.get)
-        << one.id;
-    EXPECT_EQ(returned, one.get == S_OK ? one.bytes : 99) << one.id;
+    EXPECT_EQ(filter->Get(set, id, block, instanceBytes, block, bytes, &returned), get) << id;
+    EXPECT_EQ(returned, get == S_OK ? bytes : 99) << id;
     std::memset(block, 0, sizeof block);
-    EXPECT_EQ(one.filter->Set(one.set, one.id, block, one.instanceBytes, block, one.bytes),
-              one.set_)
-        << one.id;
+    EXPECT_EQ(filter->Set(set, id, block, instanceBytes, block, bytes), put) << id;
   }
   BYTE block[32] = {};
   DWORD word = 99;
@@ -94,27 +80,25 @@ TEST_F(Ql2RequestsTest, FrequencyWithoutAHeaderInTheInstance) {
 TEST_F(Ql2RequestsTest, TheEncoderRefusesWhatItCannotDo) {
   Plug({});
   Ql2Interfaces on(*card_);
-  struct Case {
-    DWORD id, bytes;
-    std::vector<ULONG> taken, refused;
-  };
-  for (const Case& one : {
-           Case{1, 12, {0, 6000000, 8000000}, {1, 8000000, 6000000}},
-           Case{1, 12, {1, 4464000, 4464000}, {2, 1, 1}},
-           Case{2, 4, {1}, {2}},
-           Case{3, 1, {6}, {0}},
-           Case{5, 1, {14}, {15}},
-           Case{7, 4, {3}, {4}},
-           Case{8, 4, {2}, {3}},
-           Case{9, 4, {10}, {16}},
-       }) {
-    const auto send = [&](std::vector<ULONG> words) {
-      return on.encoder->Set(kEncoderSet, one.id, words.data(), one.bytes, words.data(), one.bytes);
+  // Property, length, what it takes and what it refuses.
+  using Words = std::vector<ULONG>;
+  const std::tuple<DWORD, DWORD, Words, Words> cases[] = {
+      {1, 12, {0, 6000000, 8000000}, {1, 8000000, 6000000}},
+      {1, 12, {1, 4464000, 4464000}, {2, 1, 1}},
+      {2, 4, {1}, {2}},
+      {3, 1, {6}, {0}},
+      {5, 1, {14}, {15}},
+      {7, 4, {3}, {4}},
+      {8, 4, {2}, {3}},
+      {9, 4, {10}, {16}}};
+  for (const auto& [id, bytes, taken, refused] : cases) {
+    const auto send = [&](Words words) {
+      return on.encoder->Set(kEncoderSet, id, words.data(), bytes, words.data(), bytes);
     };
-    EXPECT_EQ(send(one.taken), S_OK) << one.id;
-    EXPECT_EQ(send(one.refused), E_INVALIDARG) << one.id;
-    for (unsigned i = 0; i < one.taken.size(); ++i)
-      EXPECT_EQ(card_->EncoderValue(one.id, i), one.taken[i]) << one.id;
+    EXPECT_EQ(send(taken), S_OK) << id;
+    EXPECT_EQ(send(refused), E_INVALIDARG) << id;
+    for (unsigned i = 0; i < taken.size(); ++i)
+      EXPECT_EQ(card_->EncoderValue(id, i), taken[i]) << id;
   }
 }
 
@@ -122,12 +106,12 @@ TEST_F(Ql2RequestsTest, StandardsOfTheDecoder) {
   PlugTuner(17);
   Ql2Interfaces on(*card_);
   LONG found = 0;
-  EXPECT_EQ(on.decoder->get_TVFormat(&found), S_OK);
+  EXPECT_EQ(on.videoDecoder->get_TVFormat(&found), S_OK);
   EXPECT_EQ(found, AnalogVideo_NTSC_M) << "what the module is made for";
-  EXPECT_EQ(on.decoder->put_TVFormat(AnalogVideo_SECAM_L), S_OK);
+  EXPECT_EQ(on.videoDecoder->put_TVFormat(AnalogVideo_SECAM_L), S_OK);
   for (const LONG wrong : {0, 0x30, 0x8, 0x100000})
-    EXPECT_EQ(on.decoder->put_TVFormat(wrong), E_INVALIDARG) << wrong;
-  EXPECT_EQ(on.decoder->get_TVFormat(&found), S_OK);
+    EXPECT_EQ(on.videoDecoder->put_TVFormat(wrong), E_INVALIDARG) << wrong;
+  EXPECT_EQ(on.videoDecoder->get_TVFormat(&found), S_OK);
   EXPECT_EQ(found, AnalogVideo_SECAM_L);
 }
 
@@ -161,23 +145,21 @@ TEST_F(Ql2RequestsTest, RefusalsReachNothing) {
   Ql2Interfaces on(*card_);
   for (const char* request :
        {"i2c write 34", "capture set QL2_BOARD.106", "encoder set QL2_ENCODER.9",
-        "tuner set TUNER.4", "tuner query IBaseFilter"}) {
-    card_->Refuse(request, kRefused);
-  }
+        "tuner set TUNER.4", "tuner query IBaseFilter"})
+    card_->Refuse(request, E_OUTOFMEMORY);
   ULONG words[8] = {0, 0, 0, 0, 0, 0, 1, 0};
-  Ql2Interfaces::I2cRequest transfer{0x34, 2, {0x00, 0x1F}};
   ComPtr<IBaseFilter> filter;
-  EXPECT_EQ(SetProperty(on.capture.Get(), kI2cSet, 0, transfer), kRefused);
-  EXPECT_EQ(SetProperty(on.capture.Get(), kBoardSet, 106, words), kRefused);
-  EXPECT_EQ(SetProperty(on.encoder.Get(), kEncoderSet, 9, words[0]), kRefused);
-  EXPECT_EQ(on.Tune(175250), kRefused);
-  EXPECT_EQ(Query(card_->TunerFilter().Get(), filter), kRefused);
+  EXPECT_FALSE(on.Write(0x34, {0x00, 0x1F}));
+  EXPECT_EQ(SetProperty(on.capture.Get(), kBoardSet, 106, words), E_OUTOFMEMORY);
+  EXPECT_EQ(SetProperty(on.encoder.Get(), kEncoderSet, 9, words[0]), E_OUTOFMEMORY);
+  EXPECT_EQ(on.Tune(175250), E_OUTOFMEMORY);
+  EXPECT_EQ(Query(card_->TunerFilter().Get(), filter), E_OUTOFMEMORY);
   EXPECT_EQ(card_->AdcRegister(0), 0);
   EXPECT_EQ(card_->Lock(0), 0U);
   EXPECT_EQ(card_->EncoderValue(9), 14U);
   EXPECT_EQ(card_->TunedKHz(), 0);
   card_->ClearRefusals();
-  EXPECT_EQ(SetProperty(on.capture.Get(), kI2cSet, 0, transfer), S_OK);
+  EXPECT_TRUE(on.Write(0x34, {0x00, 0x1F}));
   EXPECT_EQ(card_->AdcRegister(0), 0x1F);
 }
 

@@ -13,34 +13,22 @@ ULONG DecoderStatus(Interfaces& on) {
   return status;
 }
 
-TEST_F(Saa713xCardTest, PictureOnThePllBoard) {
-  const Saa713xCard& card = Plug({}, AirWith(175250));
-  Interfaces on(*card_);
-  EXPECT_EQ(card.TunedKHz(), 0);
-  on.Write(0xC2, {0x0D, 0x62, 0xCE, 0x90});
-  EXPECT_FALSE(on.Locked()) << "too soon";
-  Sleep(60);
-  EXPECT_TRUE(on.Locked());
-  EXPECT_TRUE(card.HorizontalLocked());
-  EXPECT_EQ(card.TunedKHz(), 175225);
-  EXPECT_EQ(on.Read(0xC2) & 0x47, 0x42);
+// What a silicon tuner's demodulator needs before it hears anything.
+void SetUpDemodulator(Interfaces& on) {
+  for (const Bytes& bytes : {Bytes{0x07, 0x00}, {0x30, 0x2F}, {0x20, 0x0B}}) on.Write(0x96, bytes);
 }
 
 TEST_F(Saa713xCardTest, DecoderStatusShowsTheColourSystem) {
-  struct Case {
-    std::uint32_t standard;
-    ULONG status;
-  };
-  for (const Case& one : {
-           Case{AnalogVideo_NTSC_M, 0x01010000}, Case{AnalogVideo_PAL_B, 0x01020000},
-           Case{AnalogVideo_SECAM_B, 0x01030000},
-           Case{AnalogVideo_SECAM_L, 0},  // positive modulation: no picture
-       }) {
-    Plug({}, AirWith(175250, one.standard));
+  for (const auto& [standard, status] : {std::pair{AnalogVideo_NTSC_M, 0x01010000u},
+                                         {AnalogVideo_PAL_B, 0x01020000u},
+                                         {AnalogVideo_SECAM_B, 0x01030000u},
+                                         {AnalogVideo_SECAM_L, 0u}}) {
+    Plug({}, AirWith(175250, standard));
     Interfaces on(*card_);
     on.Write(0xC2, {0x0D, 0x62, 0xCE, 0x90});
+    EXPECT_EQ(DecoderStatus(on), 0u) << "too soon";
     Sleep(60);
-    EXPECT_EQ(DecoderStatus(on), one.status);
+    EXPECT_EQ(DecoderStatus(on), status);
   }
 }
 
@@ -59,44 +47,24 @@ TEST_F(Saa713xCardTest, NotificationFreezesThePicture) {
   EXPECT_TRUE(on.Locked());
 }
 
-TEST_F(Saa713xCardTest, PowerDownSilencesTheTuner) {
-  Plug({.tunerType = 46}, AirWith(175250, AnalogVideo_NTSC_M));
-  Interfaces on(*card_);
-  on.Write(0x86, {0x00, 0xD6, 0x10, 0x04});
-  on.Write(0xC2, {0x0D, 0xD0, 0xCE, 0x02});
-  Sleep(60);
-  EXPECT_TRUE(on.Locked());
-  on.SetOwn(0x67, 1);
-  EXPECT_FALSE(on.Locked());
-  EXPECT_EQ(on.Read(0xC1), -1);
-  EXPECT_EQ(on.Write(0xC2, {0x0D, 0xD0, 0xCE, 0x02}), E_FAIL);
-  on.SetOwn(0x67, 0);
-  EXPECT_TRUE(on.Locked());
-}
-
 // The frequency property tunes every board over its whole band, whatever the module.
 TEST_F(Saa713xCardTest, DriverTunesEveryBoard) {
-  struct Case {
-    std::vector<std::uint32_t> types;
-    double lowKHz, highKHz, toleranceKHz;
-  };
-  const Case cases[] = {
+  const std::tuple<std::vector<std::uint32_t>, double, double, double> cases[] = {
       {{0, 1, 2, 3, 6, 7, 8, 9, 25, 26, 27, 28, 33, 34, 47}, 48250, 855250, 32},
       {{4, 5, 12, 13, 24, 29, 30, 31, 32, 35, 44, 46}, 55250, 801250, 32},
       {{10, 11, 16, 17, 36, 37, 48}, 91250, 765250, 32},
       {{14, 15, 18, 19, 20, 21, 43}, 49250, 863250, 32},
       {{42, 45}, 55250, 863250, 32},
       {{40}, 40000, 865000, 125},
-      {{41}, 66000, 865000, 125},
-  };
-  for (const Case& one : cases) {
-    for (const std::uint32_t type : one.types) {
+      {{41}, 66000, 865000, 125}};
+  for (const auto& [types, lowKHz, highKHz, toleranceKHz] : cases) {
+    for (const std::uint32_t type : types) {
       Plug({.tunerType = type});
       Interfaces on(*card_);
       if (type == 40 || type == 41) on.Write(0x96, {0x01, 0x02});
-      for (double kHz = one.lowKHz; kHz <= one.highKHz; kHz += 3100) {
+      for (double kHz = lowKHz; kHz <= highKHz; kHz += 3100) {
         ASSERT_EQ(on.Tune(static_cast<ULONG>(kHz * 1000), 49), S_OK) << type << " at " << kHz;
-        ASSERT_NEAR(card_->TunedKHz(), kHz, one.toleranceKHz) << type;
+        ASSERT_NEAR(card_->TunedKHz(), kHz, toleranceKHz) << type;
       }
       EXPECT_EQ(on.Tune(20000000, 49), E_INVALIDARG);
     }
@@ -104,54 +72,38 @@ TEST_F(Saa713xCardTest, DriverTunesEveryBoard) {
 }
 
 TEST_F(Saa713xCardTest, DriverFollowsTheCountry) {
-  struct Case {
-    std::uint32_t standard;
-    double kHz;
-    ULONG country;
-    bool locked;
-  };
+  const std::tuple<LONG, double, ULONG, bool> cases[] = {
+      {AnalogVideo_PAL_B, 175250, 49, true},    {AnalogVideo_PAL_G, 471250, 49, true},
+      {AnalogVideo_NTSC_M, 801250, 1, true},    {AnalogVideo_SECAM_L, 471250, 33, true},
+      {AnalogVideo_SECAM_L, 471250, 49, false}, {AnalogVideo_PAL_G, 471250, 33, false}};
   for (const std::uint32_t type : {40u, 41u}) {
-    for (const Case& one : {
-             Case{AnalogVideo_PAL_B, 175250, 49, true},
-             Case{AnalogVideo_PAL_G, 471250, 49, true},
-             Case{AnalogVideo_NTSC_M, 801250, 1, true},
-             Case{AnalogVideo_SECAM_L, 471250, 33, true},
-             Case{AnalogVideo_SECAM_L, 471250, 49, false},
-             Case{AnalogVideo_PAL_G, 471250, 33, false},
-         }) {
-      Plug({.tunerType = type}, AirWith(one.kHz, one.standard));
+    for (const auto& [standard, kHz, country, locked] : cases) {
+      Plug({.tunerType = type}, AirWith(kHz, standard));
       Interfaces on(*card_);
-      for (const std::vector<BYTE>& bytes :
-           {std::vector<BYTE>{0x07, 0x00}, {0x30, 0x2F}, {0x20, 0x0B}})
-        on.Write(0x96, bytes);
-      EXPECT_EQ(on.Tune(static_cast<ULONG>(one.kHz * 1000), one.country), S_OK);
+      SetUpDemodulator(on);
+      EXPECT_EQ(on.Tune(static_cast<ULONG>(kHz * 1000), country), S_OK);
       Sleep(60);
-      EXPECT_EQ(on.Locked(), one.locked) << type << ' ' << one.kHz << ' ' << one.country;
-      EXPECT_EQ(on.ReadAt(0x96, 0x1B), one.locked ? 0x80 : 0x40);
+      EXPECT_EQ(on.Locked(), locked) << type << ' ' << kHz << ' ' << country;
+      EXPECT_EQ(on.ReadAt(0x96, 0x1B), locked ? 0x80 : 0x40);
       EXPECT_EQ(on.Read(0xC2), -1) << "the driver closes the gate behind it";
+      if (!locked) continue;
+      EXPECT_EQ(on.tvTuner->put_Mode(AMTUNER_MODE_FM_RADIO), S_OK);
+      EXPECT_FALSE(on.Locked()) << "no picture in FM mode";
+      EXPECT_EQ(on.tvTuner->put_Mode(AMTUNER_MODE_DSS), E_INVALIDARG);
+      AMTunerModeType mode = AMTUNER_MODE_DEFAULT;
+      EXPECT_EQ(on.tvTuner->get_Mode(&mode), S_OK);
+      EXPECT_EQ(mode, AMTUNER_MODE_FM_RADIO);
+      EXPECT_EQ(on.tvTuner->put_Mode(AMTUNER_MODE_TV), S_OK);
+      EXPECT_TRUE(on.Locked());
     }
   }
 }
 
-TEST_F(Saa713xCardTest, SiliconBoardShowsNoPictureInFmMode) {
-  Plug({.tunerType = 41}, AirWith(175250));
-  Interfaces on(*card_);
-  for (const std::vector<BYTE>& bytes : {std::vector<BYTE>{0x07, 0x00}, {0x30, 0x2F}, {0x20, 0x0B}})
-    on.Write(0x96, bytes);
-  on.Tune(175250000, 49);
-  Sleep(60);
-  EXPECT_EQ(on.tvTuner->put_Mode(AMTUNER_MODE_FM_RADIO), S_OK);
-  EXPECT_FALSE(on.Locked());
-  EXPECT_EQ(on.tvTuner->put_Mode(AMTUNER_MODE_DSS), E_INVALIDARG);
-  AMTunerModeType mode = AMTUNER_MODE_DEFAULT;
-  EXPECT_EQ(on.tvTuner->get_Mode(&mode), S_OK);
-  EXPECT_EQ(mode, AMTUNER_MODE_FM_RADIO);
-  EXPECT_EQ(on.tvTuner->put_Mode(AMTUNER_MODE_TV), S_OK);
-  EXPECT_TRUE(on.Locked());
-}
-
 // On boards with a separate FM receiver line 27 chooses who is heard at 0xC0.
 TEST_F(Saa713xCardTest, Gpio27SwitchesBetweenTvAndFm) {
+  Plug({.tunerType = 46});
+  EXPECT_EQ(Interfaces(*card_).gpio->SetLine(27, 0), S_OK);
+  EXPECT_NE(Interfaces(*card_).Read(0xC1), -1) << "an ordinary board does not care";
   Plug({.tunerType = 46, .boardConfig = 0xE3}, AirWith(175250, AnalogVideo_NTSC_M));
   EXPECT_TRUE(card_->GpioOutput(27));
   Interfaces on(*card_);
@@ -172,12 +124,6 @@ TEST_F(Saa713xCardTest, Gpio27SwitchesBetweenTvAndFm) {
   EXPECT_TRUE(on.Locked());
   EXPECT_EQ(on.Read(0xC1) & 7, 2) << "the TV tuner again";
   EXPECT_EQ(on.Write(0xC0, {0x1E, 0x8E, 0xA0, 0x06, 0x00}), E_FAIL);
-
-  // The same module on an ordinary board does not care.
-  Plug({.tunerType = 46});
-  Interfaces ordinary(*card_);
-  ordinary.gpio->SetLine(27, 0);
-  EXPECT_NE(ordinary.Read(0xC1), -1);
 }
 
 TEST_F(Saa713xCardTest, RemoteControlOnGpioLines) {
@@ -203,34 +149,6 @@ TEST_F(Saa713xCardTest, RemoteControlOnGpioLines) {
   EXPECT_EQ(on.gpio->SetLine(28, 1), E_INVALIDARG);
 }
 
-TEST_F(Saa713xCardTest, RemoteControlByReceiverChip) {
-  Plug({});
-  Interfaces on(*card_);
-  card_->PressKey(3, 2);
-  EXPECT_EQ(on.ReadAt(0x80, 0x0D), 2);
-  EXPECT_EQ(on.ReadAt(0x80, 0x0B), 3);
-  on.gpio->SetLine(2, 1);
-  EXPECT_EQ(on.ReadAt(0x80, 0x0D), 2) << "the chip keeps its key";
-}
-
-TEST_F(Saa713xCardTest, EepromOfABoard) {
-  Plug({.tunerType = 43});
-  {
-    Interfaces on(*card_);
-    EXPECT_EQ(on.ReadAt(0xA0, 0x20), 0x19);
-    EXPECT_EQ(on.ReadAt(0xA0, 0x22) & 4, 0) << "remote control by chip";
-  }
-  Plug({.remoteChip = false});
-  {
-    Interfaces on(*card_);
-    EXPECT_EQ(on.ReadAt(0xA0, 0x20), 0xFF);
-    EXPECT_EQ(on.ReadAt(0xA0, 0x22) & 4, 4);
-  }
-  Plug({.eepromPresent = false});
-  Interfaces on(*card_);
-  EXPECT_EQ(on.ReadAt(0xA0, 0x20), -1);
-}
-
 TEST_F(Saa713xCardTest, ReportedStandard) {
   Plug({}, AirWith(175250, AnalogVideo_SECAM_B));
   Interfaces on(*card_);
@@ -242,18 +160,12 @@ TEST_F(Saa713xCardTest, ReportedStandard) {
   EXPECT_EQ(standard(), AnalogVideo_SECAM_B);
   KSPROPERTY_VIDEODECODER_S request{};
   request.Value = AnalogVideo_PAL_I;
-  EXPECT_EQ(
-      on.capture->Set(kPropsetVideoDecoder, 1, &request, sizeof request, &request, sizeof request),
-      S_OK);
+  EXPECT_EQ(SetProperty(on.capture.Get(), kPropsetVideoDecoder, 1, request), S_OK);
   EXPECT_EQ(standard(), AnalogVideo_PAL_I);
   card_->SetDetectedStandard(AnalogVideo_PAL_D);
   EXPECT_EQ(standard(), AnalogVideo_PAL_D);
-  DWORD returned = 0;
-  EXPECT_EQ(on.capture->Get(kPropsetVideoDecoder, 1, &request, sizeof request, &request,
-                            sizeof request, &returned),
-            S_OK);
+  EXPECT_EQ(GetProperty(on.capture.Get(), kPropsetVideoDecoder, 1, request), S_OK);
   EXPECT_EQ(request.Value, static_cast<ULONG>(AnalogVideo_PAL_D));
-  EXPECT_EQ(returned, sizeof request);
 }
 
 }  // namespace

@@ -18,10 +18,8 @@ class SiliconTunerTest : public ModelTest {
     frontEnd_->AttachTo(bus_);
   }
   void SetUpDemodulator(std::uint8_t system = 0x02) {
-    Write(0x96, {0x07, 0x00});
-    Write(0x96, {0x30, 0x2F});
-    Write(0x96, {0x20, 0x0B});
-    Write(0x96, {0x01, system});
+    for (const Bytes& bytes : {Bytes{0x07, 0x00}, {0x30, 0x2F}, {0x20, 0x0B}, {0x01, system}})
+      Write(0x96, bytes);
   }
   // Registers 0x00 to 0x40, then the time to settle.
   void TuneA(std::uint8_t oscillator = 0x50, std::uint8_t dividerLow = 0x80) {
@@ -48,27 +46,17 @@ TEST_F(SiliconTunerTest, GateGuardsTheTuner) {
 
 TEST_F(SiliconTunerTest, LockAndAfcFollowTheCarrier) {
   constexpr int kLocked = 0x80;
-  struct Case {
-    double offsetKHz;
-    int reading;
-  };
   // Steps of 13.2 kHz; positive while the carrier lies below the tuned frequency.
-  for (const Case& one : {
-           Case{0, kLocked | 0},
-           Case{-13.2, kLocked | 1},
-           Case{-132, kLocked | 10},
-           Case{132, kLocked | (128 - 10)},
-           Case{-594, kLocked | 45},
-           Case{-700, 53},
-           Case{-900, 63},
-           Case{900, 128 - 63},
-           Case{1100, 0x40},
-       }) {
-    Fit(SiliconRevision::kTda8275a, one.offsetKHz);
+  const std::pair<double, int> cases[] = {
+      {0, kLocked | 0},     {-13.2, kLocked | 1}, {132, kLocked | (128 - 10)},
+      {-594, kLocked | 45}, {-700, 53},           {-900, 63},
+      {900, 128 - 63},      {1100, 0x40}};
+  for (const auto& [offsetKHz, reading] : cases) {
+    Fit(SiliconRevision::kTda8275a, offsetKHz);
     SetUpDemodulator();
     TuneA();
-    EXPECT_EQ(ReadAt(0x96, 0x1B), one.reading) << one.offsetKHz;
-    EXPECT_EQ(frontEnd_->Picture() != nullptr, (one.reading & kLocked) != 0) << one.offsetKHz;
+    EXPECT_EQ(ReadAt(0x96, 0x1B), reading) << offsetKHz;
+    EXPECT_EQ(frontEnd_->Picture() != nullptr, (reading & kLocked) != 0) << offsetKHz;
     EXPECT_DOUBLE_EQ(frontEnd_->TunedKHz(), kTunedKHz);
   }
 }

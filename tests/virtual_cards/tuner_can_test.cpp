@@ -11,94 +11,52 @@ constexpr double kTunedKHz = 175225;
 constexpr int kInLock = 0x40;
 constexpr int kNoCarrier = kInLock | 4;
 
-class TunerCanTest : public TunerModuleTest {};
+using TunerCanTest = TunerModuleTest;
 
 TEST_F(TunerCanTest, AfcFollowsTheCarrier) {
-  struct Case {
-    double offsetKHz;
-    int afc;
-    bool picture;
-  };
-  for (const Case& one : {
-           Case{-1100, 4, false},  // outside the window
-           Case{-900, 0, false},
-           Case{-601, 0, false},
-           Case{-599, 0, true},
-           Case{-125, 0, true},
-           Case{-95, 0, true},
-           Case{-92, 1, true},
-           Case{-62.5, 1, true},
-           Case{-30, 2, true},
-           Case{0, 2, true},
-           Case{30, 2, true},
-           Case{62.5, 3, true},
-           Case{92, 3, true},
-           Case{125, 4, true},
-           Case{900, 4, false},
-       }) {
-    Fit(1, AirWith(kTunedKHz + one.offsetKHz));
-    EXPECT_TRUE(Write(0xC2, {0x0D, 0x62, 0xCE, 0x90}));
-    Sleep(60);
-    EXPECT_EQ(Read(0xC2), kInLock | one.afc) << one.offsetKHz;
-    EXPECT_EQ(can_->Picture() != nullptr, one.picture) << one.offsetKHz;
-    EXPECT_DOUBLE_EQ(can_->TunedKHz(), kTunedKHz);
+  const std::tuple<double, int, bool> cases[] = {
+      {-1100.0, 4, false}, {-900, 0, false}, {-601, 0, false}, {-599, 0, true}, {-95, 0, true},
+      {-92, 1, true},      {-62.5, 1, true}, {-30, 2, true},   {30, 2, true},   {62.5, 3, true},
+      {92, 3, true},       {125, 4, true},   {900, 4, false}};
+  for (const auto& [offsetKHz, afc, picture] : cases) {
+    Fit(1, AirWith(kTunedKHz + offsetKHz));
+    WriteAndWait(0xC2, {0x0D, 0x62, 0xCE, 0x90});
+    EXPECT_EQ(Read(0xC2), kInLock | afc) << offsetKHz;
+    EXPECT_EQ(ShowsAPicture(), picture) << offsetKHz;
   }
 }
 
 TEST_F(TunerCanTest, ReferenceStepAndByteOrder) {
-  struct Case {
-    std::vector<std::uint8_t> bytes;
-    double tunedKHz;
-  };
-  const Case cases[] = {
-      {{0x0D, 0x62, 0xCE, 0x90}, 175225},   // 3426 x 62.5 kHz
-      {{0xCE, 0x90, 0x0D, 0x62}, 175225},   // control first
-      {{0x0D, 0x62, 0x88, 0xA0}, 132400},   // 3426 x 50 kHz
-      {{0x0D, 0x62, 0x8C, 0xA0}, 132400},   // the same reference by its other code
-      {{0x0D, 0x62, 0x8A, 0xA0}, 68162.5},  // 3426 x 31.25 kHz
-      {{0x0D, 0x62, 0xCF, 0x90}, 0},        // tuning voltage off
-      {{0x0D, 0x62, 0x4E, 0x90}, 0},        // a third byte without bit 7 is a divider again
-      {{0x0D, 0x62}, 0},                    // never got a control byte
-  };
-  for (const Case& one : cases) {
-    Fit(1, AirWith(one.tunedKHz));
-    EXPECT_TRUE(bus_.Write(0xC2, one.bytes));
-    EXPECT_DOUBLE_EQ(can_->TunedKHz(), one.tunedKHz);
-    Sleep(60);
-    EXPECT_EQ(can_->Picture() != nullptr, one.tunedKHz > 0);
+  // 3426 steps of 62.5, 50 or 31.25 kHz; the control byte may come first, and 50 has two codes.
+  // Deaf: tuning voltage off, a third byte without bit 7 (a divider again), no control byte at all.
+  const std::pair<Bytes, double> cases[] = {
+      {{0x0D, 0x62, 0xCE, 0x90}, 175225},  {{0xCE, 0x90, 0x0D, 0x62}, 175225},
+      {{0x0D, 0x62, 0x88, 0xA0}, 132400},  {{0x0D, 0x62, 0x8C, 0xA0}, 132400},
+      {{0x0D, 0x62, 0x8A, 0xA0}, 68162.5}, {{0x0D, 0x62, 0xCF, 0x90}, 0},
+      {{0x0D, 0x62, 0x4E, 0x90}, 0},       {{0x0D, 0x62}, 0}};
+  for (const auto& [bytes, tunedKHz] : cases) {
+    Fit(1, AirWith(tunedKHz));
+    WriteAndWait(0xC2, bytes);
+    EXPECT_DOUBLE_EQ(can_->TunedKHz(), tunedKHz);
+    EXPECT_EQ(ShowsAPicture(), tunedKHz > 0);
   }
 }
 
 TEST_F(TunerCanTest, BandSwitchesMustCoverTheFrequency) {
-  struct Case {
-    std::uint32_t type;
-    std::vector<std::uint8_t> bytes;
-    bool heard;
-  };
-  const Case cases[] = {
-      {1, {0x0D, 0x62, 0xCE, 0xA0}, false},  // 175.225 MHz: low ends at 175 MHz
-      {1, {0x0D, 0x5C, 0xCE, 0xA0}, true},   // 174.85 MHz: low and mid overlap
-      {1, {0x0D, 0x5C, 0xCE, 0x90}, true},
-      {1, {0x0D, 0x62, 0xCE, 0x30}, false},  // high
-      {1, {0x0D, 0x62, 0xCE, 0x02}, false},  // another family's mid
-      {3, {0x0D, 0x62, 0x8E, 0x91}, true},
-      {3, {0x0D, 0x62, 0x8E, 0x90}, false},
-      // 83.25 MHz: (83250 + 45750) / 62.5 = 2064, by either switch setting of the low band.
-      {46, {0x08, 0x10, 0xCE, 0x01}, true},
-      {46, {0x08, 0x10, 0xCE, 0x11}, true},
-      {46, {0x08, 0x10, 0xCE, 0x02}, false},
-      // 175.25 MHz in a module whose IF is 45.875 MHz: (175250 + 45875) / 62.5 = 3538.
-      {29, {0x0D, 0xD2, 0x8E, 0x02}, true},
-  };
-  for (const Case& one : cases) {
-    const double nominal[] = {174850, 175225, 83250, 175250};
-    Air air;
-    for (const double carrier : nominal) air.tv.push_back(AirWith(carrier).tv[0]);
-    Fit(one.type, air);
-    bus_.Write(0xC2, one.bytes);
-    Sleep(60);
-    EXPECT_EQ(can_->TunedKHz() > 0, one.heard) << one.type << testing::PrintToString(one.bytes);
-    EXPECT_EQ((Read(0xC2) & kInLock) != 0, one.heard);
+  // Type 1 at 175.225 MHz, where low has ended (A0), and 174.85, where low and mid overlap; 30 is
+  // its high band and 02 another family's mid. Type 46 has its low band under two switch settings:
+  // (83250 + 45750) / 62.5 = 2064.
+  const std::tuple<std::uint32_t, Bytes, bool> cases[] = {
+      {1, {0x0D, 0x62, 0xCE, 0xA0}, false}, {1, {0x0D, 0x5C, 0xCE, 0xA0}, true},
+      {1, {0x0D, 0x5C, 0xCE, 0x90}, true},  {1, {0x0D, 0x62, 0xCE, 0x30}, false},
+      {1, {0x0D, 0x62, 0xCE, 0x02}, false}, {3, {0x0D, 0x62, 0x8E, 0x90}, false},
+      {46, {0x08, 0x10, 0xCE, 0x01}, true}, {46, {0x08, 0x10, 0xCE, 0x11}, true},
+      {46, {0x08, 0x10, 0xCE, 0x02}, false}};
+  for (const auto& [type, bytes, heard] : cases) {
+    Fit(type, {});
+    WriteAndWait(0xC2, bytes);
+    EXPECT_EQ(can_->TunedKHz() > 0, heard) << type << testing::PrintToString(bytes);
+    EXPECT_EQ((Read(0xC2) & kInLock) != 0, heard);
   }
 }
 
@@ -110,77 +68,62 @@ TEST_F(TunerCanTest, ReadingsNeedTheirTime) {
   Sleep(1);
   EXPECT_EQ(Read(0xC2), kInLock | 2);
   Sleep(9);
-  EXPECT_EQ(can_->Picture(), nullptr);
+  EXPECT_FALSE(ShowsAPicture());
   Sleep(1);
-  EXPECT_NE(can_->Picture(), nullptr);
+  EXPECT_TRUE(ShowsAPicture());
   Write(0xC2, {0x0D, 0x62, 0xCE, 0x90});  // writing the same again starts anew
   EXPECT_EQ(Read(0xC2), 4);
-  EXPECT_EQ(can_->Picture(), nullptr);
+  EXPECT_FALSE(ShowsAPicture());
 }
 
 TEST_F(TunerCanTest, PowerOnFlagEndsWithTheFirstStatus) {
-  air_ = AirWith(kTunedKHz);
-  can_ = std::make_unique<TunerCan>(1, air_);
-  can_->AttachTo(bus_);
+  TunerCan can(1, air_);
+  can.AttachTo(bus_);
   EXPECT_EQ(Read(0xC2), 0x84);
   EXPECT_EQ(Read(0xC2), 0x04);
 }
 
 TEST_F(TunerCanTest, BoardsChooseTheBusAddress) {
-  air_ = AirWith(kTunedKHz);
-  can_ = std::make_unique<TunerCan>(1, air_, PllTuner::kOtherAddress);
-  can_->AttachTo(bus_);
+  Fit(1, AirWith(kTunedKHz), PllTuner::kOtherAddress);
   EXPECT_FALSE(Write(0xC2, {0x0D, 0x62, 0xCE, 0x90}));
-  EXPECT_TRUE(Write(0xC0, {0x0D, 0x62, 0xCE, 0x90}));
-  Sleep(60);
-  EXPECT_EQ(Read(0xC0) & kInLock, kInLock);
+  WriteAndWait(0xC0, {0x0D, 0x62, 0xCE, 0x90});
+  EXPECT_EQ(Read(0xC0), kInLock | 2);
   EXPECT_EQ(Read(0xC2), -1);
-  EXPECT_NE(can_->Picture(), nullptr);
 }
 
 TEST_F(TunerCanTest, WeakCarriersAreNotReceived) {
   for (const double level : {39.0, 41.0}) {
     Fit(1, AirWith(kTunedKHz, AnalogVideo_PAL_B, level));
-    Write(0xC2, {0x0D, 0x62, 0xCE, 0x90});
-    Sleep(60);
+    WriteAndWait(0xC2, {0x0D, 0x62, 0xCE, 0x90});
     EXPECT_EQ(Read(0xC2), level > 40 ? kInLock | 2 : kNoCarrier);
-    EXPECT_EQ(can_->Picture() != nullptr, level > 40);
+    EXPECT_EQ(ShowsAPicture(), level > 40);
   }
 }
 
 TEST_F(TunerCanTest, PowerDownIsSilentAndKeepsRegisters) {
   Fit(1, AirWith(kTunedKHz));
-  Write(0xC2, {0x0D, 0x62, 0xCE, 0x90});
-  Sleep(60);
+  WriteAndWait(0xC2, {0x0D, 0x62, 0xCE, 0x90});
   can_->SetPowered(false);
   EXPECT_FALSE(Write(0xC2, {0x0D, 0x63, 0xCE, 0x90}));
   EXPECT_EQ(Read(0xC2), -1);
-  EXPECT_EQ(can_->Picture(), nullptr);
+  EXPECT_FALSE(ShowsAPicture());
   can_->SetPowered(true);
-  EXPECT_NE(can_->Picture(), nullptr);
+  EXPECT_TRUE(ShowsAPicture());
   EXPECT_DOUBLE_EQ(can_->TunedKHz(), kTunedKHz);
 }
 
 // Types 2 and 3 switch to positive modulation by bit 1 of the band byte; type 1 cannot.
 TEST_F(TunerCanTest, ModulationSense) {
-  struct Case {
-    std::uint32_t type;
-    std::uint8_t band;
-    std::uint32_t standard;
-    bool picture;
-  };
-  for (const Case& one : {
-           Case{3, 0x91, AnalogVideo_PAL_B, true},
-           Case{3, 0x91, AnalogVideo_SECAM_L, false},
-           Case{3, 0x93, AnalogVideo_SECAM_L, true},
-           Case{3, 0x93, AnalogVideo_PAL_B, false},
-           Case{1, 0x90, AnalogVideo_SECAM_L, false},
-           Case{1, 0x92, AnalogVideo_SECAM_L, false},
-       }) {
-    Fit(one.type, AirWith(kTunedKHz, one.standard));
-    Write(0xC2, {0x0D, 0x62, 0x8E, one.band});
-    Sleep(60);
-    EXPECT_EQ(can_->Picture() != nullptr, one.picture) << one.type << ' ' << int{one.band};
+  const std::tuple<std::uint32_t, std::uint8_t, LONG, bool> cases[] = {
+      {3, 0x91, AnalogVideo_PAL_B, true},
+      {3, 0x91, AnalogVideo_SECAM_L, false},
+      {3, 0x93, AnalogVideo_SECAM_L, true},
+      {3, 0x93, AnalogVideo_PAL_B, false},
+      {1, 0x92, AnalogVideo_SECAM_L, false}};
+  for (const auto& [type, band, standard, picture] : cases) {
+    Fit(type, AirWith(kTunedKHz, standard));
+    WriteAndWait(0xC2, {0x0D, 0x62, 0x8E, band});
+    EXPECT_EQ(ShowsAPicture(), picture) << type << ' ' << int{band};
   }
 }
 
@@ -196,19 +139,16 @@ TEST_F(TunerCanTest, AgcByteEndsATransfer) {
 // modules bring the AFC voltage to a second address instead.
 TEST_F(TunerCanTest, WhereAfcIsRead) {
   Fit(14, AirWith(kTunedKHz));
-  Write(0xC2, {0x0D, 0x62, 0x86, 0x22});
   Write(0x86, {0x00, 0x16, 0x70, 0x49});
-  Sleep(60);
-  EXPECT_NE(can_->Picture(), nullptr);
+  WriteAndWait(0xC2, {0x0D, 0x62, 0x86, 0x22});
+  EXPECT_TRUE(ShowsAPicture());
   EXPECT_EQ(Read(0xC2), kNoCarrier);
   EXPECT_EQ(Read(0xC0), -1);
 
   Fit(47, AirWith(kTunedKHz + 62.5));
-  Write(0xC2, {0x0D, 0x62, 0xCE, 0x02});
-  Sleep(60);
+  WriteAndWait(0xC2, {0x0D, 0x62, 0xCE, 0x02});
   EXPECT_EQ(Read(0xC1), kNoCarrier) << "the demodulator is not set up";
-  Write(0x86, {0x00, 0xD6, 0x70, 0x09});
-  Sleep(60);
+  WriteAndWait(0x86, {0x00, 0xD6, 0x70, 0x09});
   EXPECT_EQ(Read(0xC1), kInLock | 3);
   EXPECT_EQ(Read(0xC2), kNoCarrier);
   EXPECT_FALSE(Write(0xC0, {0x0D, 0x62, 0xCE, 0x02}));
@@ -217,17 +157,15 @@ TEST_F(TunerCanTest, WhereAfcIsRead) {
 TEST_F(TunerCanTest, FmDemodulatorDoesNotTouchThePicture) {
   Fit(0, AirWith(kTunedKHz));
   EXPECT_TRUE(Write(0x86, {0x00, 0x4E, 0x90, 0x4B}));
-  Write(0xC2, {0x0D, 0x62, 0xCE, 0x90});
-  Sleep(60);
-  EXPECT_NE(can_->Picture(), nullptr);
+  WriteAndWait(0xC2, {0x0D, 0x62, 0xCE, 0x90});
+  EXPECT_TRUE(ShowsAPicture());
   Fit(1, AirWith(kTunedKHz));
   EXPECT_FALSE(Write(0x86, {0x00, 0x4E, 0x90, 0x4B}));
 }
 
 TEST_F(TunerCanTest, TypesWithoutAKnownModule) {
-  for (const std::uint32_t type : {38u, 39u, 40u, 41u, 52u, 0xFFFFFFFFu}) {
+  for (const std::uint32_t type : {39u, 40u, 52u, 0xFFFFFFFFu})
     EXPECT_THROW(TunerCan(type, air_), std::invalid_argument) << type;
-  }
 }
 
 }  // namespace

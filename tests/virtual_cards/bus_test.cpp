@@ -1,8 +1,8 @@
-// A bus driven step by step, seen from the chips on it.
-#include "virtual_cards/chips/i2c_steps.h"
+// The bus, also when it is driven step by step, and the EEPROM on it.
 #include "model_test.h"
 #include "virtual_cards/chips/dying_chip.h"
 #include "virtual_cards/chips/eeprom.h"
+#include "virtual_cards/chips/i2c_steps.h"
 
 namespace zelk::virtual_cards {
 namespace {
@@ -32,24 +32,27 @@ class I2cStepsTest : public ModelTest {
  protected:
   I2cStepsTest() { bus_.Attach(0xC2, &chip_); }
 
+  // A start and then these bytes; how many of them were acknowledged.
+  int StartAndWrite(const Bytes& bytes) {
+    int acknowledged = 0;
+    steps_.Start();
+    for (const std::uint8_t byte : bytes) acknowledged += steps_.Write(byte);
+    return acknowledged;
+  }
+
   Witness chip_;
   I2cSteps steps_{bus_};
 };
 
 TEST_F(I2cStepsTest, WritesArriveAsOneTransferAtItsEnd) {
-  steps_.Start();
-  EXPECT_TRUE(steps_.Write(0xC2));
-  EXPECT_TRUE(steps_.Write(0x0B));
-  EXPECT_TRUE(steps_.Write(0x2C));
+  EXPECT_EQ(StartAndWrite({0xC2, 0x0B, 0x2C}), 3);
   EXPECT_THAT(chip_.transfers, IsEmpty());
-  steps_.Start();
+  EXPECT_EQ(StartAndWrite({0xC3}), 1);
   EXPECT_THAT(chip_.transfers, ElementsAre(ElementsAre(0x0B, 0x2C)));
-  EXPECT_TRUE(steps_.Write(0xC3));
   EXPECT_EQ(steps_.Read(), 1);
   EXPECT_EQ(steps_.Read(), 2);
   steps_.Stop();
-  steps_.Start();
-  EXPECT_TRUE(steps_.Write(0xC2)) << "an address alone";
+  EXPECT_EQ(StartAndWrite({0xC2}), 1) << "an address alone";
   steps_.Stop();
   steps_.Stop();
   EXPECT_EQ(chip_.transfers.size(), 1u);
@@ -64,43 +67,62 @@ TEST_F(I2cStepsTest, NobodyHearsWhatIsOutOfOrder) {
   EXPECT_FALSE(steps_.Write(0x86)) << "an empty seat";
   EXPECT_FALSE(steps_.Write(0xC2)) << "an address counts after a start alone";
   EXPECT_EQ(steps_.Read(), 0xFF);
-  steps_.Start();
-  EXPECT_TRUE(steps_.Write(0xC3));
-  EXPECT_FALSE(steps_.Write(0x00)) << "while the chip is sending";
+  EXPECT_EQ(StartAndWrite({0xC3, 0x00}), 1) << "while the chip is sending";
   chip_.present = false;
-  steps_.Start();
-  EXPECT_FALSE(steps_.Write(0xC2));
+  EXPECT_EQ(StartAndWrite({0xC2}), 0);
   steps_.Stop();
   EXPECT_THAT(chip_.transfers, IsEmpty());
 }
 
 TEST_F(I2cStepsTest, AByteThatGoesAstrayEndsTheTransfer) {
   steps_.Lose();
-  steps_.Start();
-  steps_.Write(0xC2);
-  steps_.Write(0x0B);
+  EXPECT_EQ(StartAndWrite({0xC2, 0x0B}), 2);
   steps_.Lose();
   EXPECT_FALSE(steps_.Write(0x2C));
-  steps_.Stop();
+  EXPECT_EQ(StartAndWrite({0xC2}), 1);
   EXPECT_THAT(chip_.transfers, ElementsAre(ElementsAre(0x0B)));
-  steps_.Start();
-  EXPECT_TRUE(steps_.Write(0xC2));
+}
+
+TEST_F(I2cStepsTest, EmptySeatsDoNotAcknowledge) {
+  EXPECT_FALSE(Write(0x82, {0x00}));
+  EXPECT_EQ(ReadAt(0x82, 0x00), -1);
+  EXPECT_EQ(bus_.Attach(0xC3, nullptr), &chip_) << "read and write address are one seat";
+  EXPECT_EQ(Read(0xC2), -1);
 }
 
 TEST_F(I2cStepsTest, DyingChipsCountTransfers) {
   DyingChip dying(chip_, 3);
   bus_.Attach(0xC2, &dying);
-  steps_.Start();
-  EXPECT_TRUE(steps_.Write(0xC2));
-  EXPECT_TRUE(steps_.Write(0x41));
-  steps_.Start();
-  EXPECT_TRUE(steps_.Write(0xC3));
+  EXPECT_EQ(StartAndWrite({0xC2, 0x41}), 2);
+  EXPECT_EQ(StartAndWrite({0xC3}), 1);
   EXPECT_EQ(steps_.Read(), 1);
-  steps_.Stop();
   EXPECT_TRUE(Write(0xC2, {1, 2}));
   EXPECT_EQ(Read(0xC2), -1);
-  steps_.Start();
-  EXPECT_FALSE(steps_.Write(0xC2));
+  EXPECT_EQ(StartAndWrite({0xC2}), 0);
+}
+
+using EepromTest = ModelTest;
+
+TEST_F(EepromTest, ReadsOnFromItsPointer) {
+  Eeprom::Image image;
+  for (unsigned i = 0; i < image.size(); ++i) image[i] = static_cast<std::uint8_t>(255 - i);
+  Eeprom eeprom(image);
+  bus_.Attach(0xA0, &eeprom);
+  EXPECT_EQ(ReadAt(0xA0, 0x20), 0xDF);
+  EXPECT_EQ(Read(0xA1), 0xDE) << "the read bit of the address does not matter";
+  std::array<std::uint8_t, 3> bytes{};
+  EXPECT_TRUE(bus_.ReadAt(0xA0, 0xFE, bytes));
+  EXPECT_THAT(bytes, ElementsAre(0x01, 0x00, 0xFF)) << "the pointer wraps";
+}
+
+TEST_F(EepromTest, WritesWithinAPage) {
+  Eeprom eeprom(Eeprom::Image{});
+  bus_.Attach(0xA0, &eeprom);
+  Write(0xA0, {0x1E, 0x11, 0x22, 0x33});
+  EXPECT_EQ(ReadAt(0xA0, 0x1E), 0x11);
+  EXPECT_EQ(ReadAt(0xA0, 0x1F), 0x22);
+  EXPECT_EQ(ReadAt(0xA0, 0x20), 0x00);
+  EXPECT_EQ(ReadAt(0xA0, 0x18), 0x33);
 }
 
 }  // namespace

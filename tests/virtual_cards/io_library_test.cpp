@@ -1,6 +1,7 @@
-// PioGate.dll from outside, and the installer's profile file.
+// PioGate.dll from outside, the installer's profile file, and PioGate880.dll where it differs.
 #include "bt_client.h"
 #include "virtual_cards/cards/bt878_card.h"
+#include "virtual_cards/cards/cx2388x_card.h"
 
 namespace zelk::virtual_cards {
 namespace {
@@ -9,23 +10,17 @@ constexpr IoClient::Names kPioGate = {"PioGate.dll",   "INIT_IO",    "FREE_IO", 
                                       "I2CINITSWMODE", "I2CSWSTART", "I2CSWWRITE", "I2CSWREAD",
                                       "I2CSWSTOP",     "READDECODER"};
 
-using Bt878IoTest = BtCardTest<Bt878Card, Bt878Options>;
+constexpr IoClient::Names kPioGate880 = {
+    "PioGate880.dll", "InitIO",     "FreeIO",    "I2CIsInitOK", "I2CInitSWMode",
+    "I2CSWStart",     "I2CSWWrite", "I2CSWRead", "I2CSWStop",   "ReadDecoder"};
+
+using Bt878IoTest = CardModelTest<Bt878Card, Bt878Options>;
+using Cx2388xIoTest = CardModelTest<Cx2388xCard, Cx2388xOptions>;
 
 std::string ProfileValue(const char* key) {
   char text[16];
   GetPrivateProfileStringA("PRODUCTINFO", key, "", text, sizeof text, "Telmora2k.ini");
   return text;
-}
-
-TEST_F(Bt878IoTest, EitherFiltersOrALibrary) {
-  Plug({.ioLibrary = true});
-  EXPECT_FALSE(card_->CaptureFilter());
-  EXPECT_FALSE(card_->TunerFilter());
-  EXPECT_EQ(card_->FriendlyName(), "");
-  EXPECT_TRUE(IoClient(kPioGate).Loaded());
-  EXPECT_EQ(host::ModuleLoadCount("PioGate.dll"), 0);
-  Plug({});
-  EXPECT_FALSE(IoClient(kPioGate).Loaded());
 }
 
 TEST_F(Bt878IoTest, CallsOutOfOrderDoNothing) {
@@ -57,6 +52,8 @@ TEST_F(Bt878IoTest, CallsOutOfOrderDoNothing) {
 }
 
 TEST_F(Bt878IoTest, ALibraryOutlivesItsCard) {
+  Plug({});
+  EXPECT_FALSE(IoClient(kPioGate).Loaded()) << "a card with filters has none";
   Plug({.ioLibrary = true});
   const IoClient io(kPioGate);
   EXPECT_EQ(io.Init(), 1);
@@ -81,6 +78,37 @@ TEST_F(Bt878IoTest, TheInstallerWroteTheBoardDown) {
   EXPECT_EQ(ProfileValue("0x41"), "0");
   Plug({.tunerType = 15});
   EXPECT_EQ(ProfileValue("0x41"), "") << "only for cards that have an I/O library";
+}
+
+TEST_F(Cx2388xIoTest, PortsAndUnusedEntryPoints) {
+  Plug({.ioLibrary = true});
+  Listen();
+  {
+    const IoClient io(kPioGate880);
+    std::uint32_t data = 7;
+    const auto read = [&] {
+      return io.Call<int, std::uint32_t*, int, int>("GetGPData", &data, 0, 0);
+    };
+    EXPECT_EQ(read(), 0);
+    io.Init();
+    card_->PressKey(0x8F);
+    EXPECT_EQ(read(), 1);
+    EXPECT_EQ(data, 0u) << "not the receiver's port";
+    io.Call<void, int>("SetGPIOPort", 2);
+    io.Call<void, int>("SetGPIOPort", 3);
+    trace_.Take();
+    EXPECT_EQ(read(), 1);
+    EXPECT_EQ(data, 0x1Fu) << "a port that is not there leaves the last one selected";
+    for (const char* name : {"SetGPData", "SetGPIEBit", "GetGPDataBits"}) io.Call<void>(name);
+    EXPECT_THAT(trace_.Take(), testing::ElementsAre("io GetGPData -> 1F", "io SetGPData",
+                                                    "io SetGPIEBit", "io GetGPDataBits"));
+    card_.reset();
+    EXPECT_EQ(io.Init(), 0);
+    EXPECT_EQ(read(), 0);
+    io.Call<void>("SetGPIEBit");
+    io.Call<void, int>("SetGPIOPort", 2);
+  }
+  EXPECT_EQ(host::ModuleLoadCount("PioGate880.dll"), 0);
 }
 
 }  // namespace
