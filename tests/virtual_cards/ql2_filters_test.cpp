@@ -197,6 +197,7 @@ TEST_F(Ql2FiltersTest, FormatsOfTheVideoPin) {
       picture.biHeight = height;
       return stream->SetFormat(own.type);
     };
+    EXPECT_EQ(set(720, 576), S_OK) << "the largest picture";
     // The application changes the size in pixels; the driver works out the rest.
     Listen();
     EXPECT_EQ(set(352, 288), S_OK);
