@@ -69,12 +69,13 @@ HRESULT PropertyDispatch::QuerySupported(REFGUID set, DWORD id, DWORD* support) 
 const PropertyRow* PropertyDispatch::FindRow(REFGUID set, DWORD id, HRESULT& code) const {
   code = E_PROP_SET_UNSUPPORTED;
   for (const PropertyRow& row : rows_) {
-    if (*row.set != set) continue;
-    if (row.id == id) {
+    if (row.id == id && *row.set == set) {
       code = S_OK;
       return &row;
     }
-    code = E_PROP_ID_UNSUPPORTED;
+  }
+  for (const PropertyRow& row : rows_) {
+    if (*row.set == set) code = E_PROP_ID_UNSUPPORTED;
   }
   return nullptr;
 }
