@@ -56,6 +56,22 @@ make_wine_root() {
     }
 }
 
+# start_services: whether Windows' services run. They end with the last program, and each program would start them
+# anew, the one for remote procedure calls for up to half a minute; so one program that does nothing stays. No pipe here:
+# the services would keep it open.
+start_services() {
+  local log=$wine_run_folder/services.log end=$((SECONDS + 40))
+  in_wine_root wine ping -n 36000 127.0.0.1 >/dev/null 2>&1 </dev/null &
+  while ((SECONDS < end)); do
+    # A command that comes while others start finds their list locked.
+    in_wine_root wine net start RpcSs >"$log" 2>&1 </dev/null || true
+    ! grep -qE "already running|successfully started" "$log" || return 0
+    sleep 1
+  done
+  echo "wine: the service for remote procedure calls does not start: $(tail -1 "$log")" >&2
+  return 1
+}
+
 # start_wine FILE...: a folder in the root with these files in it, the current one of the programs that `wine` runs. One
 # run at a time has the root.
 start_wine() {
@@ -64,21 +80,14 @@ start_wine() {
   wine_run_folder=$(mktemp -d "$wine_root/tmp/zelk-XXXXXX")
   trap stop_wine EXIT
   cp -rL "$@" "$wine_run_folder"
-  # The first time this sets Windows up.
+  # The first time this sets Windows up. Services that still run then, or end, would be taken for those to come.
   in_wine_root mkdir -p "$wine_prefix"
-  in_wine_root wineserver -p30
   in_wine_root wineboot --init >/dev/null 2>&1
-  # Windows' services end with its last program, and each program would start them anew, the one for remote procedure
-  # calls for up to half a minute. This one does nothing and stays. No pipe here: the services would keep it open.
-  in_wine_root wine ping -n 36000 127.0.0.1 >"$wine_run_folder/idle.log" 2>&1 </dev/null &
-  # A command that comes while others start finds their list locked.
-  local services=$wine_run_folder/services.log try
-  for try in {1..30}; do
-    in_wine_root wine net start RpcSs >"$services" 2>&1 </dev/null || true
-    ! grep -qE "already running|successfully started" "$services" || return 0
-    sleep 1
+  local try
+  for try in 1 2 3; do
+    in_wine_root wineserver -k || true
+    ! start_services || break
   done
-  echo "wine: the service for remote procedure calls does not start: $(tail -1 "$services")" >&2
 }
 
 stop_wine() {

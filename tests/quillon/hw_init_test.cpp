@@ -20,7 +20,8 @@ std::vector<std::wstring> RunningObjects(ComPtr<IUnknown>* first = nullptr) {
   ComPtr<IEnumMoniker> monikers;
   EXPECT_EQ(GetRunningObjectTable(0, table.Receive()), S_OK);
   EXPECT_EQ(table->EnumRunning(monikers.Receive()), S_OK);
-  for (ComPtr<IMoniker> moniker; monikers->Next(1, moniker.Receive(), nullptr) == S_OK;) {
+  if (!monikers) return names;
+  while (const ComPtr<IMoniker> moniker = NextOf<IMoniker>(*monikers.Get())) {
     LPOLESTR name = nullptr;
     EXPECT_EQ(moniker->GetDisplayName(nullptr, nullptr, &name), S_OK);
     names.emplace_back(name);
@@ -195,7 +196,7 @@ TEST_F(QuillonHwInit, TheGraphIsShownOnRequestAlone) {
     ComPtr<IEnumFilters> filters;
     ASSERT_EQ(graph->EnumFilters(filters.Receive()), S_OK);
     std::vector<std::wstring> names;
-    for (ComPtr<IBaseFilter> filter; filters->Next(1, filter.Receive(), nullptr) == S_OK;) {
+    while (const ComPtr<IBaseFilter> filter = NextOf<IBaseFilter>(*filters.Get())) {
       FILTER_INFO info = {};
       filter->QueryFilterInfo(&info);
       const auto owner = ComPtr<IFilterGraph>::Adopt(info.pGraph);
