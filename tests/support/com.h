@@ -18,14 +18,15 @@ HRESULT Create(REFCLSID classId, ComPtr<Interface>& result, IUnknown* outer = nu
 template <class Interface>
 ComPtr<Interface> FindDevice(REFCLSID category, const std::wstring& name) {
   const ComPtr<IEnumMoniker> devices = EnumerateCategory(category);
-  ComPtr<Interface> found;
-  ComPtr<IMoniker> device;
-  while (!found && devices && devices->Next(1, device.Receive(), nullptr) == S_OK) {
+  if (!devices) return {};
+  while (const ComPtr<IMoniker> device = NextOf<IMoniker>(*devices.Get())) {
     const DeviceName own(*device.Get());
-    if (own.Get() && own.Get() == name)
-      device->BindToObject(nullptr, nullptr, IidOf<Interface>(), found.ReceiveVoid());
+    if (!own.Get() || own.Get() != name) continue;
+    ComPtr<Interface> found;
+    device->BindToObject(nullptr, nullptr, IidOf<Interface>(), found.ReceiveVoid());
+    return found;
   }
-  return found;
+  return {};
 }
 
 // How many references to an object there are.
