@@ -1,0 +1,258 @@
+#include "tests/record/cards.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "platform/dshow.h"
+#include "tests/record/recorder.h"
+#include "virtual_cards/cards/bt878_card.h"
+#include "virtual_cards/cards/cx2388x_card.h"
+#include "virtual_cards/cards/ql2_card.h"
+#include "virtual_cards/cards/saa713x_card.h"
+
+namespace zelk::record {
+
+using namespace virtual_cards;
+
+namespace {
+
+std::unique_ptr<VirtualCard> card;
+Air air;
+
+template <class Card, class Options>
+SetUp Made(std::string name, const Options& options) {
+  return {std::move(name), [options](Air air) { return Card::Create(options, std::move(air)); }};
+}
+
+using Eeprom = std::array<std::uint8_t, 256>;
+
+Eeprom EepromWith(std::initializer_list<std::pair<int, int>> bytes) {
+  Eeprom image;
+  image.fill(0xFF);
+  for (const auto& [address, byte] : bytes)
+    image[static_cast<std::size_t>(address)] = static_cast<std::uint8_t>(byte);
+  return image;
+}
+
+// Bt878 and CX2388x boards have options of the same names.
+template <class Card, class Options>
+void AddFaultyBt(std::vector<SetUp>& setUps, const std::string& kind,
+                 const std::vector<std::string>& entryPoints) {
+  const auto add = [&](bool io, const std::string& what, auto change) {
+    Options options;
+    options.ioLibrary = io;
+    change(options);
+    setUps.push_back(Made<Card>(kind + (io ? "-io " : " ") + what, options));
+  };
+  for (const bool io : {false, true}) {
+    for (const auto& [name, state] : {std::pair("blank", EepromState::kBlank),
+                                      {"missing", EepromState::kMissing},
+                                      {"dying", EepromState::kDying}}) {
+      add(io, "eeprom " + std::string(name),
+          [&](Options& options) { options.eepromState = state; });
+    }
+  }
+  add(true, "init fails", [](Options& options) { options.initFails = true; });
+  add(true, "i2c fails", [](Options& options) { options.i2cFails = true; });
+  add(true, "init and i2c fail",
+      [](Options& options) { options.initFails = options.i2cFails = true; });
+  add(true, "without any entry point",
+      [&](Options& options) { options.missingEntryPoints = entryPoints; });
+  for (const std::string& entryPoint : entryPoints) {
+    add(true, "without " + entryPoint,
+        [&](Options& options) { options.missingEntryPoints = {entryPoint}; });
+  }
+}
+
+std::vector<unsigned> Range(unsigned first, unsigned last) {
+  std::vector<unsigned> numbers;
+  for (unsigned number = first; number <= last; ++number) numbers.push_back(number);
+  return numbers;
+}
+
+}  // namespace
+
+SetUp Described(const std::string& description) {
+  return {description, [=](Air air) { return CreateCard(description, std::move(air)); }};
+}
+
+std::vector<SetUp> EverySetUp() {
+  std::vector<SetUp> setUps;
+  const auto describe = [&](const std::string& start, const std::vector<unsigned>& numbers,
+                            const std::string& end = "") {
+    for (const unsigned number : numbers)
+      setUps.push_back(Described(start + std::to_string(number) + end));
+  };
+  const auto join = [](std::initializer_list<std::vector<unsigned>> parts) {
+    std::vector<unsigned> all;
+    for (const auto& part : parts) all.insert(all.end(), part.begin(), part.end());
+    return all;
+  };
+  describe("saa7134,tuner=", join({Range(0, 21), Range(24, 38), Range(40, 48)}));
+  describe("saa7134,tunerfilter=0,tuner=", {1, 15, 36, 40, 41, 46, 47});
+  describe("saa7134,board=", {0xE1, 0xE3, 0xE9, 0xEE, 0xE0, 0xE2, 0xE8, 0x40, 0x42, 0x1D, 0x1E});
+  for (const char* other :
+       {"saa7130", "saa7133", "saa7133,tuner=41", "saa7135", "saa7134,eeprom=none",
+        "saa7134,remote=gpio,key=1:52", "saa7134,key=3:52"}) {
+    setUps.push_back(Described(other));
+  }
+  const auto bt878Types = join({{0, 1}, Range(4, 15), {20, 21, 40}, Range(42, 45)});
+  const auto cx2388xTypes = join({Range(0, 17), {20, 21}, Range(24, 30)});
+  for (const char* end : {",tunerfilter=1", ",tunerfilter=0"}) {
+    describe("bt878,tuner=", bt878Types, end);
+    describe("cx2388x,tuner=", cx2388xTypes, end);
+  }
+  describe("bt878-io,tuner=", bt878Types);
+  describe("cx2388x-io,tuner=", cx2388xTypes);
+  for (const char* kind : {"bt878", "bt878-io", "cx2388x", "cx2388x-io"}) {
+    setUps.push_back(Described(kind + std::string(",key=50")));
+  }
+  AddFaultyBt<Bt878Card, Bt878Options>(
+      setUps, "bt878",
+      {"INIT_IO", "FREE_IO", "I2CISINITOK", "I2CINITSWMODE", "I2CSWSTART", "I2CSWWRITE",
+       "I2CSWREAD", "I2CSWSTOP", "READDECODER", "SETGPIEBIT", "GETGPDATABITS"});
+  AddFaultyBt<Cx2388xCard, Cx2388xOptions>(
+      setUps, "cx2388x",
+      {"InitIO", "FreeIO", "I2CIsInitOK", "I2CInitSWMode", "I2CSWStart", "I2CSWWrite", "I2CSWRead",
+       "I2CSWStop", "ReadDecoder", "SetGPIEBit", "GetGPDataBits", "SetGPIOPort", "GetGPData",
+       "SetGPData"});
+  describe("ql2,tuner=", {10, 11, 16, 17, 24, 25, 26, 48, 49, 50, 51, 52, 53, 60});
+  setUps.push_back(Described("ql2,tunerinfo=0"));
+  setUps.push_back(Described("ql2,pin=videoinfo2"));
+  setUps.push_back(Made<Ql2Card>("ql2 without capture", Ql2Options{.captureDevice = false}));
+  setUps.push_back(Made<Ql2Card>("ql2 without tuner", Ql2Options{.tunerDevice = false}));
+  setUps.push_back(Made<Ql2Card>("ql2 without encoder", Ql2Options{.encoderDevice = false}));
+  setUps.push_back(Made<Ql2Card>("ql2 without TV audio", Ql2Options{.tvAudio = false}));
+  return setUps;
+}
+
+std::vector<SetUp> FewSetUps() {
+  std::vector<SetUp> setUps;
+  for (const char* description :
+       {"saa7134,tuner=1", "saa7134,tuner=15", "saa7133,tuner=40", "saa7134,board=0xE3",
+        "saa7134,tuner=47", "bt878,tuner=1", "bt878,tuner=15,tunerfilter=0", "bt878-io,tuner=1",
+        "cx2388x,tuner=1", "cx2388x,tuner=15,tunerfilter=1", "cx2388x-io,tuner=1", "ql2,tuner=11",
+        "ql2,tuner=49"}) {
+    setUps.push_back(Described(description));
+  }
+  return setUps;
+}
+
+std::vector<SetUp> EveryBoard() {
+  std::vector<SetUp> boards;
+  const auto add = [&]<class Card, class Options>(std::type_identity<Card>, const char* what,
+                                                  int number, const Options& options) {
+    boards.push_back(Made<Card>(what + (' ' + std::to_string(number)), options));
+  };
+  constexpr std::type_identity<Saa713xCard> saa713x;
+  constexpr std::type_identity<Bt878Card> bt878;
+  constexpr std::type_identity<Cx2388xCard> cx2388x;
+  constexpr std::type_identity<Ql2Card> ql2;
+  for (int i = 0; i < 256; ++i) {
+    const auto word = static_cast<std::uint32_t>(i);
+    add(saa713x, "saa713x board code", i, Saa713xOptions{.boardConfig = word});
+    add(saa713x, "saa713x configuration >> 8", i, Saa713xOptions{.boardConfig = word << 8 | 1});
+    for (const int at : {0x20, 0x21, 0x22}) {
+      const auto eeprom = EepromWith({{at, i}});
+      add(saa713x,
+          at == 0x20   ? "saa713x eeprom 20"
+          : at == 0x21 ? "saa713x eeprom 21"
+                       : "saa713x eeprom 22",
+          i, Saa713xOptions{.tunerType = at == 0x20 ? 5u : 1u, .eeprom = eeprom});
+    }
+    add(bt878, "bt878 eeprom 41", i,
+        Bt878Options{.eeprom = EepromWith({{0x41, i}, {0x42, 0}, {0xFD, 1}})});
+    add(bt878, "bt878 eeprom 42", i,
+        Bt878Options{.eeprom = EepromWith({{0x41, 0x60}, {0x42, i}, {0xFD, 1}})});
+    add(bt878, "bt878 eeprom FD", i,
+        Bt878Options{.eeprom = EepromWith({{0x41, 0}, {0x42, 0xD0}, {0xFD, i}})});
+    add(bt878, "bt878-io eeprom 41", i,
+        Bt878Options{.ioLibrary = true,
+                     .eeprom = EepromWith({{0x41, i}, {0x42, 0}, {0xFD, 1}}),
+                     .eepromState = EepromState::kMissing});
+    add(cx2388x, "cx2388x eeprom 06", i, Cx2388xOptions{.eeprom = EepromWith({{6, i}, {0x42, 0}})});
+    add(cx2388x, "cx2388x eeprom 42", i, Cx2388xOptions{.eeprom = EepromWith({{6, 1}, {0x42, i}})});
+    add(ql2, "ql2 tuner code", i, Ql2Options{.tunerCode = word});
+  }
+  return boards;
+}
+
+Country HomeOfTuner() {
+  static const std::set<std::uint32_t> kAmerican = {4,  5,  12, 13, 24, 29, 30,
+                                                    31, 32, 35, 42, 44, 46};
+  static const std::set<std::uint32_t> kJapanese = {10, 11, 16, 17, 36, 37, 48, 50};
+  static const std::set<std::uint32_t> kEastern = {18, 19, 41, 45};
+  std::uint32_t type = 0;
+  ZELK_GetTunerType(&type);
+  if (kAmerican.contains(type)) return {AnalogVideo_NTSC_M, 1};
+  if (kJapanese.contains(type)) return {AnalogVideo_NTSC_M_J, 81};
+  if (kEastern.contains(type)) return {AnalogVideo_PAL_D, 86};
+  return {AnalogVideo_PAL_B, 49};
+}
+
+namespace {
+
+// What is on the air for the live card: carriers from the first probe of its band on, on the raster
+// and beside it, and stations so close together and so far apart that every strategy has something
+// to find.
+Air AirOfTuner() {
+  ZELK_HWInfo info = {};
+  ZELK_GetHWInfo(&info);
+  Air heard;
+  const std::uint32_t standard = HomeOfTuner().standard;
+  const double low = info.TvLowKHz;
+  const double high = std::max(low, double(info.TvHighKHz));
+  for (const double carrier :
+       {low, low + 7062.5, low + 128000, low + 135020, low + 420000, high - 8000}) {
+    heard.tv.push_back({"", "", carrier, carrier > low + 400000 ? 45.0 : 70.0, standard});
+  }
+  const double fmLow = info.FmLowKHz ? info.FmLowKHz : 87500;
+  for (const double offset :
+       {100, 700, 1110, 1790, 3000, 5015, 10500, 10650, 10900, 14300, 20400}) {
+    const double level = offset == 1790 ? 30 : offset > 10000 ? 55 : 75;
+    heard.fm.push_back({"", fmLow + offset, level, offset < 5000});
+  }
+  return heard;
+}
+
+}  // namespace
+
+const Air& AirOfCard() { return air; }
+VirtualCard* Plugged() { return card.get(); }
+
+void Plug(const SetUp& setUp) {
+  // Its bands are known when the card has been asked.
+  card.reset();
+  card = setUp.make({});
+  std::ostream nowhere(nullptr);
+  Recorder silent(nowhere);
+  Recorder* const listening = std::exchange(recorder, &silent);
+  InitCard();
+  air = AirOfTuner();
+  ZELK_CALLED(ZELK_Free);
+  recorder = listening;
+  Exchange(setUp);
+}
+
+void Exchange(const SetUp& setUp) {
+  card.reset();
+  card = setUp.make(air);
+  card->AttachTrace(recorder);
+}
+
+void Unplug() { card.reset(); }
+
+void InitCard(std::uint32_t russiaFlag) {
+  const auto capture = card->CaptureFilter();
+  const auto tuner = card->TunerFilter();
+  ZELK_CALLED(ZELK_HWInit, capture.Get(), capture ? card->FriendlyName().c_str() : nullptr,
+              tuner.Get(), russiaFlag);
+}
+
+void FreeCard() {
+  ZELK_CALLED(ZELK_Free);
+  if (card) recorder->Note("held: " + std::to_string(card->LiveReferences()));
+}
+
+}  // namespace zelk::record
