@@ -35,33 +35,26 @@ Eeprom EepromWith(std::initializer_list<std::pair<int, int>> bytes) {
   return image;
 }
 
-// Bt878 and CX2388x boards have options of the same names.
+// I/O libraries that are out of order. Bt878 and CX2388x boards have options of the same names.
 template <class Card, class Options>
-void AddFaultyBt(std::vector<SetUp>& setUps, const std::string& kind,
-                 const std::vector<std::string>& entryPoints) {
-  const auto add = [&](bool io, const std::string& what, auto change) {
+void AddFaultyLibraries(std::vector<SetUp>& setUps, const std::string& kind,
+                        const std::vector<std::string>& entryPoints) {
+  const auto add = [&](const std::string& what, bool initFails, bool i2cFails,
+                       const std::vector<std::string>& missing) {
     Options options;
-    options.ioLibrary = io;
-    change(options);
-    setUps.push_back(Made<Card>(kind + (io ? "-io " : " ") + what, options));
+    options.ioLibrary = true;
+    options.initFails = initFails;
+    options.i2cFails = i2cFails;
+    options.missingEntryPoints = missing;
+    setUps.push_back(Made<Card>(kind + ' ' + what, options));
   };
-  for (const bool io : {false, true}) {
-    for (const auto& [name, state] : {std::pair("blank", EepromState::kBlank),
-                                      {"missing", EepromState::kMissing},
-                                      {"dying", EepromState::kDying}}) {
-      add(io, "eeprom " + std::string(name),
-          [&](Options& options) { options.eepromState = state; });
-    }
-  }
-  add(true, "init fails", [](Options& options) { options.initFails = true; });
-  add(true, "i2c fails", [](Options& options) { options.i2cFails = true; });
-  add(true, "init and i2c fail",
-      [](Options& options) { options.initFails = options.i2cFails = true; });
-  add(true, "without any entry point",
-      [&](Options& options) { options.missingEntryPoints = entryPoints; });
+  add("init fails", true, false, {});
+  add("i2c fails", false, true, {});
+  add("init and i2c fail", true, true, {});
+  add("without any entry point", false, false, entryPoints);
   for (const std::string& entryPoint : entryPoints) {
-    add(true, "without " + entryPoint,
-        [&](Options& options) { options.missingEntryPoints = {entryPoint}; });
+    add("without " + entryPoint, false, false, {entryPoint});
+    add("init fails, without " + entryPoint, true, false, {entryPoint});
   }
 }
 
@@ -106,14 +99,16 @@ std::vector<SetUp> EverySetUp() {
   describe("bt878-io,tuner=", bt878Types);
   describe("cx2388x-io,tuner=", cx2388xTypes);
   for (const char* kind : {"bt878", "bt878-io", "cx2388x", "cx2388x-io"}) {
-    setUps.push_back(Described(kind + std::string(",key=50")));
+    for (const char* option : {",key=50", ",eeprom=none", ",eeprom=blank", ",eeprom=dying"}) {
+      setUps.push_back(Described(kind + std::string(option)));
+    }
   }
-  AddFaultyBt<Bt878Card, Bt878Options>(
-      setUps, "bt878",
+  AddFaultyLibraries<Bt878Card, Bt878Options>(
+      setUps, "bt878-io",
       {"INIT_IO", "FREE_IO", "I2CISINITOK", "I2CINITSWMODE", "I2CSWSTART", "I2CSWWRITE",
        "I2CSWREAD", "I2CSWSTOP", "READDECODER", "SETGPIEBIT", "GETGPDATABITS"});
-  AddFaultyBt<Cx2388xCard, Cx2388xOptions>(
-      setUps, "cx2388x",
+  AddFaultyLibraries<Cx2388xCard, Cx2388xOptions>(
+      setUps, "cx2388x-io",
       {"InitIO", "FreeIO", "I2CIsInitOK", "I2CInitSWMode", "I2CSWStart", "I2CSWWrite", "I2CSWRead",
        "I2CSWStop", "ReadDecoder", "SetGPIEBit", "GetGPDataBits", "SetGPIOPort", "GetGPData",
        "SetGPData"});
@@ -130,50 +125,51 @@ std::vector<SetUp> EverySetUp() {
 std::vector<SetUp> FewSetUps() {
   std::vector<SetUp> setUps;
   for (const char* description :
-       {"saa7134,tuner=1", "saa7134,tuner=15", "saa7133,tuner=40", "saa7134,board=0xE3",
-        "saa7134,tuner=47", "bt878,tuner=1", "bt878,tuner=15,tunerfilter=0", "bt878-io,tuner=1",
-        "cx2388x,tuner=1", "cx2388x,tuner=15,tunerfilter=1", "cx2388x-io,tuner=1", "ql2,tuner=11",
-        "ql2,tuner=49"}) {
+       {"saa7134,board=0xE3", "saa7134,tuner=47", "saa7134,tuner=19", "saa7134,tuner=1",
+        "saa7134,tuner=15", "saa7133,tuner=40", "saa7133,tuner=41", "bt878,tuner=40",
+        "bt878,tuner=1", "bt878,tuner=15,tunerfilter=0", "bt878-io,tuner=1", "cx2388x,tuner=1",
+        "cx2388x,tuner=15,tunerfilter=1", "cx2388x-io,tuner=1", "ql2,tuner=11", "ql2,tuner=49"}) {
     setUps.push_back(Described(description));
   }
+  setUps.push_back({"saa713x that finds SECAM D", [](Air around) {
+                      auto made = Saa713xCard::Create({.tunerType = 41}, std::move(around));
+                      made->SetDetectedStandard(AnalogVideo_SECAM_D);
+                      return made;
+                    }});
   return setUps;
 }
 
 std::vector<SetUp> EveryBoard() {
   std::vector<SetUp> boards;
-  const auto add = [&]<class Card, class Options>(std::type_identity<Card>, const char* what,
-                                                  int number, const Options& options) {
-    boards.push_back(Made<Card>(what + (' ' + std::to_string(number)), options));
-  };
-  constexpr std::type_identity<Saa713xCard> saa713x;
-  constexpr std::type_identity<Bt878Card> bt878;
-  constexpr std::type_identity<Cx2388xCard> cx2388x;
-  constexpr std::type_identity<Ql2Card> ql2;
   for (int i = 0; i < 256; ++i) {
     const auto word = static_cast<std::uint32_t>(i);
-    add(saa713x, "saa713x board code", i, Saa713xOptions{.boardConfig = word});
-    add(saa713x, "saa713x configuration >> 8", i, Saa713xOptions{.boardConfig = word << 8 | 1});
+    const auto add = [&]<class Card>(std::type_identity<Card>, const std::string& what,
+                                     const auto& options) {
+      boards.push_back(Made<Card>(what + " = " + Hex(word), options));
+    };
+    constexpr std::type_identity<Saa713xCard> saa713x;
+    constexpr std::type_identity<Bt878Card> bt878;
+    constexpr std::type_identity<Cx2388xCard> cx2388x;
+    constexpr std::type_identity<Ql2Card> ql2;
+    const auto eeprom = [](int at) { return "eeprom " + Hex(static_cast<std::uint32_t>(at)); };
+    add(saa713x, "saa713x board", Saa713xOptions{.boardConfig = word});
+    add(saa713x, "saa713x option", Saa713xOptions{.boardConfig = word << 8 | 1});
+    add(ql2, "ql2 tuner", Ql2Options{.tunerCode = word});
     for (const int at : {0x20, 0x21, 0x22}) {
-      const auto eeprom = EepromWith({{at, i}});
-      add(saa713x,
-          at == 0x20   ? "saa713x eeprom 20"
-          : at == 0x21 ? "saa713x eeprom 21"
-                       : "saa713x eeprom 22",
-          i, Saa713xOptions{.tunerType = at == 0x20 ? 5u : 1u, .eeprom = eeprom});
+      add(saa713x, "saa713x " + eeprom(at),
+          Saa713xOptions{.tunerType = 5, .eeprom = EepromWith({{at, i}})});
     }
-    add(bt878, "bt878 eeprom 41", i,
-        Bt878Options{.eeprom = EepromWith({{0x41, i}, {0x42, 0}, {0xFD, 1}})});
-    add(bt878, "bt878 eeprom 42", i,
-        Bt878Options{.eeprom = EepromWith({{0x41, 0x60}, {0x42, i}, {0xFD, 1}})});
-    add(bt878, "bt878 eeprom FD", i,
-        Bt878Options{.eeprom = EepromWith({{0x41, 0}, {0x42, 0xD0}, {0xFD, i}})});
-    add(bt878, "bt878-io eeprom 41", i,
-        Bt878Options{.ioLibrary = true,
-                     .eeprom = EepromWith({{0x41, i}, {0x42, 0}, {0xFD, 1}}),
-                     .eepromState = EepromState::kMissing});
-    add(cx2388x, "cx2388x eeprom 06", i, Cx2388xOptions{.eeprom = EepromWith({{6, i}, {0x42, 0}})});
-    add(cx2388x, "cx2388x eeprom 42", i, Cx2388xOptions{.eeprom = EepromWith({{6, 1}, {0x42, i}})});
-    add(ql2, "ql2 tuner code", i, Ql2Options{.tunerCode = word});
+    for (const int at : {0x41, 0x42, 0xFD}) {
+      // The installer wrote down what a missing EEPROM would have held.
+      const auto image = EepromWith({{0x41, 0x60}, {0x42, 0}, {0xFD, 1}, {at, i}});
+      add(bt878, "bt878 " + eeprom(at), Bt878Options{.eeprom = image});
+      add(bt878, "bt878-io " + eeprom(at),
+          Bt878Options{.ioLibrary = true, .eeprom = image, .eepromState = EepromState::kMissing});
+    }
+    for (const int at : {0x06, 0x42}) {
+      add(cx2388x, "cx2388x " + eeprom(at),
+          Cx2388xOptions{.eeprom = EepromWith({{0x06, 1}, {0x42, 0}, {at, i}})});
+    }
   }
   return boards;
 }
@@ -218,7 +214,7 @@ Air AirOfTuner() {
 
 }  // namespace
 
-const Air& AirOfCard() { return air; }
+Air& AirOfCard() { return air; }
 VirtualCard* Plugged() { return card.get(); }
 
 void Plug(const SetUp& setUp) {

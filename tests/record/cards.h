@@ -38,7 +38,7 @@ void Plug(const SetUp& setUp);
 void Exchange(const SetUp& setUp);
 void Unplug();
 virtual_cards::VirtualCard* Plugged();
-const virtual_cards::Air& AirOfCard();
+virtual_cards::Air& AirOfCard();
 // ZELK_HWInit with the plugged card's filters and name.
 void InitCard(std::uint32_t russiaFlag = 0);
 // ZELK_Free; what is still held of the card is noted.
