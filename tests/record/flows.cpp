@@ -1,8 +1,6 @@
 #include "tests/record/flows.h"
 
-#include "tests/record/cards.h"
 #include "tests/record/recorder.h"
-#include "tests/record/scans.h"
 
 namespace zelk::record {
 
@@ -29,6 +27,7 @@ void Identity() {
   ZELK_CALLED(ZELK_GetHWInfo, &places.info);
   ZELK_CALLED(ZELK_GetTunerType, kWord);
   ZELK_CALLED(ZELK_GetTunerName, places.name, 40);
+  ZELK_CALLED(ZELK_GetTunerName, places.name, 0);
   ZELK_CALLED(ZELK_GetDecoder, kWord);
 }
 
@@ -52,7 +51,7 @@ void Properties() {
       {"ZELK_Get7135Treble", ZELK_Get7135Treble},
       {"ZELK_GetVIDEOSTANDARD", ZELK_GetVIDEOSTANDARD}};
   for (const auto& [name, set] : kSetters) {
-    for (const std::uint32_t value : {16u, 0u, 1u}) Call(name, set, value);
+    for (const std::uint32_t value : {0x20u, 0x10u, 0u, 1u}) Call(name, set, value);
   }
   for (const auto& [name, get] : kGetters) {
     Call(name, get, kWord);
@@ -107,6 +106,23 @@ void Encoder() {
   ZELK_CALLED(ZELK_SetAdcVolume);
 }
 
+void WithoutPlaces() {
+  ZELK_CALLED(ZELK_GetHWInfo, nullptr);
+  ZELK_CALLED(ZELK_GetTunerType, nullptr);
+  ZELK_CALLED(ZELK_GetTunerName, nullptr, 40);
+  ZELK_CALLED(ZELK_GetDecoder, nullptr);
+  ZELK_CALLED(ZELK_GetRemoteData, nullptr);
+  ZELK_CALLED(ZELK_GetRemoteICData, nullptr);
+  ZELK_CALLED(ZELK_ReadEEPROM, 0x20, nullptr);
+  ZELK_CALLED(ZELK_I2CReadSequence, 0xC1, nullptr, 5);
+  ZELK_CALLED(ZELK_I2CWriteSequence, 0xC2, nullptr, 4);
+  ZELK_CALLED(ZELK_ReadI2C, 0xC1, nullptr, 5);
+  ZELK_CALLED(ZELK_GetHWLock, 1, nullptr);
+  ZELK_CALLED(ZELK_GetGainValue, 0x71, nullptr);
+  ZELK_CALLED(ZELK_FMGetAudioMode, nullptr);
+  ZELK_CALLED(ZELK_GetMPEGParam, nullptr);
+}
+
 void Stubs() {
   ZELK_CALLED(ZELK_GetAudioSource);
   ZELK_CALLED(ZELK_GetAvailableTVAudioModes);
@@ -121,19 +137,9 @@ void TuneTv(std::uint32_t frequency) { ZELK_CALLED(ZELK_SetFreq, frequency, kWor
 
 void Television() {
   ZELK_CALLED(ZELK_TVInit);
-  // One standard of each kind, and countries with rules of their own.
-  for (const std::uint32_t standard :
-       {0x1u, 0x2u, 0x10u, 0x20u, 0x40u, 0x200u, 0x1000u, 0x2000u, 0x40000u, 0u}) {
-    for (const std::uint32_t country : {49u, 1u, 86u})
-      ZELK_CALLED(ZELK_put_TVFormat, standard, country);
-  }
-  for (const std::uint32_t country :
-       {7u,  27u, 33u,  34u,  36u,  39u,  44u,  45u,  61u,  64u,   81u,
-        82u, 86u, 353u, 358u, 359u, 370u, 420u, 852u, 886u, 4201u, 0u}) {
-    ZELK_CALLED(ZELK_put_TVFormat, 0x10, country);
+  for (const std::uint32_t standard : {0x1u, 0x2u, 0x10u, 0x20u, 0x100u, 0x1000u, 0x40000u, 0u}) {
+    ZELK_CALLED(ZELK_put_TVFormat, standard, 49);
     TuneTv(175250);
-  }
-  for (const std::uint32_t standard : {0x1u, 0x10u, 0x40u, 0x80u, 0x1000u}) {
     for (const std::uint32_t sound : {0u, 1u, 2u, 4u}) {
       ZELK_CALLED(ZElk_put_TVSystem, standard, sound);
     }
@@ -158,8 +164,9 @@ void Radio() {
   ZELK_GetHWInfo(&info);
   const std::uint32_t low = info.FmLowKHz;
   for (const std::uint32_t frequency :
-       {0u, 61950u, 62000u, 65800u, 76000u, 87450u, 87500u, 90000u, 91050u, 98000u, 107450u,
-        108000u, 108050u, 120000u, low + 100, low + 1100, low + 5000, low + 10900}) {
+       {0u,        61950u,    62000u,    65800u,     76000u,     87450u,     87500u,
+        90000u,    91050u,    98000u,    107450u,    108000u,    108050u,    120000u,
+        low + 100, low + 650, low + 750, low + 1100, low + 5000, low + 10900}) {
     ZELK_CALLED(ZELK_FMSetFreq, frequency, kWord);
   }
   ZELK_CALLED(ZELK_FMSetFreq, low + 3000, nullptr);
@@ -178,6 +185,7 @@ void EveryExport() {
   Properties();
   Buses();
   Encoder();
+  WithoutPlaces();
   Stubs();
   ZELK_CALLED(ZELK_put_TVFormat, 0x10, 49);
   ZELK_CALLED(ZElk_put_TVSystem, 0x10, 1);
@@ -199,7 +207,6 @@ void EveryExport() {
 }
 
 void WholeFlow() {
-  EveryExport();
   InitCard();
   EveryExport();
   Television();
@@ -228,6 +235,24 @@ void ShortFlow() {
   AskFmSignal();
   ZELK_CALLED(ZELK_FMSetAudioMode, 0);
   ScanFm(0, 0, 88000, 88900);
+  FreeCard();
+}
+
+void EveryFormat() {
+  constexpr std::uint32_t kCountries[] = {
+      1,   7,   20,  27,  30,  31,  32,  33,  34,  36,  39,  40,  41,  42,  44,   45, 46, 47,
+      48,  49,  52,  55,  60,  61,  63,  64,  65,  66,  81,  82,  84,  86,  91,   92, 98, 353,
+      355, 358, 359, 370, 371, 372, 380, 420, 421, 852, 886, 966, 971, 972, 4201, 0};
+  InitCard();
+  ZELK_CALLED(ZELK_TVInit);
+  // The country changes each time: the one in force is not set up anew.
+  for (std::uint32_t standard = 1; standard <= 0x100000; standard *= 2) {
+    for (const std::uint32_t country : kCountries) {
+      ZELK_CALLED(ZELK_put_TVFormat, standard, country);
+      TuneTv(175250);
+    }
+    ZELK_CALLED(ZELK_SetAUDIOSYSTEM, 2);
+  }
   FreeCard();
 }
 

@@ -1,7 +1,5 @@
-#include "tests/record/interruptions.h"
-
+#include "tests/record/flows.h"
 #include "tests/record/recorder.h"
-#include "tests/record/scans.h"
 
 namespace zelk::record {
 
@@ -41,26 +39,27 @@ struct Interruption {
   std::function<void(const Scan& scan)> act;
 };
 
+void LoseCard() {
+  Unplug();
+  ZELK_CALLED(ZELK_HWInit, nullptr, "nobody's card", nullptr, 0);
+}
+
 std::vector<Interruption> Interruptions() {
-  std::vector<Interruption> all = {{"free", [](const Scan&) { ZELK_CALLED(ZELK_Free); }},
-                                   {"the same card again", [](const Scan&) { InitCard(); }},
-                                   {"no card any more",
-                                    [](const Scan&) {
-                                      Unplug();
-                                      ZELK_CALLED(ZELK_HWInit, nullptr, "nobody's card", nullptr,
-                                                  0);
-                                    }},
-                                   {"TV mode", [](const Scan&) { PrepareTv(); }},
-                                   {"FM mode", [](const Scan&) { PrepareFm(); }}};
+  std::vector<Interruption> all = {{"free", [](auto&) { ZELK_CALLED(ZELK_Free); }},
+                                   {"the same card again", [](auto&) { InitCard(); }},
+                                   {"no card any more", [](auto&) { LoseCard(); }},
+                                   {"TV mode", [](auto&) { PrepareTv(); }},
+                                   {"FM mode", [](auto&) { PrepareFm(); }}};
   for (const Scan& other : kScans) {
     for (const std::uint32_t command : {0u, 1u, 2u}) {
       all.push_back({std::string(other.name) + " command " + std::to_string(command),
-                     [&other, command](const Scan&) { other.start(command); }});
+                     [&other, command](auto&) { other.start(command); }});
     }
   }
+  // An ALPS module changes the TV scan of other families until the next SAA713x card.
   for (const char* description :
-       {"saa7134,tuner=1", "saa7134,tuner=46", "bt878,tuner=15", "cx2388x-io,tuner=1", "ql2"}) {
-    all.push_back({std::string("exchanged for ") + description, [=](const Scan& scan) {
+       {"saa7134,tuner=46", "saa7134,tuner=1", "bt878,tuner=15", "cx2388x-io,tuner=1", "ql2"}) {
+    all.push_back({std::string("exchanged for ") + description, [=](auto& scan) {
                      Exchange(Described(description));
                      InitCard();
                      scan.prepare();
@@ -97,15 +96,9 @@ void Run(const SetUp& setUp, const Scan& scan, const Moment& moment,
   bool done = false;
   atEvent = [&](std::uint32_t event) {
     if (event == ZELK_EVENT_POSITION) ++positions;
-    if (done) return;
-    const bool posts = moment.messageAfter == positions;
-    if (event == moment.event) {
-      done = true;
-      interruption.act(scan);
-    } else if (posts) {
-      done = true;
-      PostMessageOfMine([&] { interruption.act(scan); });
-    }
+    const auto act = [&] { interruption.act(scan); };
+    if (done || !(done = event == moment.event || positions == moment.messageAfter)) return;
+    event == moment.event ? act() : PostToWindow(act);
   };
   LimitScan(kEvents);
   scan.start(ZELK_SCAN_START);

@@ -44,6 +44,7 @@ std::string ChangedPlaces() {
 }
 
 std::string Printable(std::string_view text) {
+  if (text.size() > 1000) return std::to_string(text.size()) + " bytes";
   std::string printable;
   for (const char c : text) {
     if (c >= ' ' && c <= '~') {

@@ -1,10 +1,8 @@
-#include "tests/record/scans.h"
-
 #include <functional>
 #include <string>
 
 #include "platform/win32.h"
-#include "tests/record/cards.h"
+#include "tests/record/flows.h"
 #include "tests/record/recorder.h"
 
 namespace zelk::record {
@@ -25,7 +23,7 @@ LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wParam, LPARA
 
 std::function<void(std::uint32_t event)> atEvent;
 
-void PostMessageOfMine(std::function<void()> act) {
+void PostToWindow(std::function<void()> act) {
   atMessage = std::move(act);
   static const HWND window = [] {
     WNDCLASSA windowClass = {};
@@ -48,9 +46,9 @@ void ZELK_CALL OnScanEvent(std::uint32_t event, std::uint32_t value, std::uint32
 
 void LimitScan(std::uint32_t events) { eventsLeft = events; }
 
-void ScanTv(std::uint32_t events, std::uint32_t command) {
+void ScanTv(std::uint32_t events) {
   LimitScan(events);
-  ZELK_CALLED(ZELK_AllFreqScan, OnScanEvent, command);
+  ZELK_CALLED(ZELK_AllFreqScan, OnScanEvent, ZELK_SCAN_START);
 }
 
 void ScanFm(std::uint32_t direction, std::uint32_t reference, std::uint32_t low, std::uint32_t high,
