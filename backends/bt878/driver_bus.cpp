@@ -94,11 +94,11 @@ HRESULT Bt878DriverBus::Write(std::uint8_t device, const std::uint8_t* bytes, st
   return HardwareWrite(device, bytes, count);
 }
 
-HRESULT Bt878DriverBus::Read(std::uint8_t device, std::uint8_t* byte) {
-  if (!Hardware) return ReadByte(device, byte);
+HRESULT Bt878DriverBus::Read(std::uint8_t device, std::optional<std::uint8_t>& byte) {
+  if (!Hardware) return ReadByte(device, &byte.emplace());
   InitI2c(true);
   WaitMs(kI2cGapMs);
-  return HardwareRead(device, byte);
+  return HardwareRead(device, &byte.emplace());
 }
 
 HRESULT Bt878DriverBus::ReadEeprom(std::uint8_t address, std::uint8_t* byte) {

@@ -13,7 +13,7 @@ class Bt878DriverBus final : public DriverBus, public SoftwareI2c {
       : DriverBus(capture, log), SoftwareI2c(false) {}
 
   HRESULT Write(std::uint8_t device, const std::uint8_t* bytes, std::uint32_t count) override;
-  HRESULT Read(std::uint8_t device, std::uint8_t* byte) override;
+  HRESULT Read(std::uint8_t device, std::optional<std::uint8_t>& byte) override;
   // Never a success with 0xFF. The place keeps its value when the chip answers the probe but not
   // the address, and receives what the profile file says when there is no chip or it is blank.
   HRESULT ReadEeprom(std::uint8_t address, std::uint8_t* byte) override;

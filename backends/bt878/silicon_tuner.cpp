@@ -48,7 +48,7 @@ HRESULT Bt878Device::TvPresence(const SignalPlaces& places) {
     WaitMs(kSettlingMs);
     code = ReadSiliconAfc(status);
   }
-  if (FAILED(code)) return StoreNoReading(places, code);
+  // Quirk: the byte of a read that failed counts as any other.
   const std::uint32_t level = SiliconLevel(status);
   const bool found = (status & kSiliconLocked) != 0 || IsNearCarrier(status);
   Store(places.present, found && level >= kLowestLevel);

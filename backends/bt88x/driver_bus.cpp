@@ -45,7 +45,7 @@ HRESULT Bt88xDriverBus::Write(std::uint8_t device, const std::uint8_t* bytes, st
   return Judge(code, request, kReadFailure);
 }
 
-HRESULT Bt88xDriverBus::Read(std::uint8_t device, std::uint8_t* byte) {
+HRESULT Bt88xDriverBus::Read(std::uint8_t device, std::optional<std::uint8_t>& byte) {
   WaitMs(kI2cGapMs);
   KsI2cRequest select = I2cRequest(I2cCommand::SetReadAddress);
   select.address = device;
@@ -54,7 +54,7 @@ HRESULT Bt88xDriverBus::Read(std::uint8_t device, std::uint8_t* byte) {
   if (FAILED(code)) return code;
   KsI2cRequest request = I2cRequest(I2cCommand::HardwareRead);
   code = Get(kI2cProperty, request);
-  Store(byte, request.data);
+  byte = request.data;
   return Judge(code, request, kReadFailure);
 }
 

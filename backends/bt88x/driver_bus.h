@@ -14,7 +14,7 @@ class Bt88xDriverBus final : public DriverBus {
   bool InitI2c() { return SUCCEEDED(SetUpI2c(I2cCommand::SetUpHardware)); }
 
   HRESULT Write(std::uint8_t device, const std::uint8_t* bytes, std::uint32_t count) override;
-  HRESULT Read(std::uint8_t device, std::uint8_t* byte) override;
+  HRESULT Read(std::uint8_t device, std::optional<std::uint8_t>& byte) override;
   HRESULT ReadEeprom(std::uint8_t address, std::uint8_t* byte) override;
   // A failure leaves the place alone.
   HRESULT ReadRemote(std::uint32_t* code) override;

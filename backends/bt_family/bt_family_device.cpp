@@ -125,7 +125,14 @@ HRESULT BtFamilyDevice::WriteDWord(std::uint8_t device, std::uint16_t word1, std
 }
 
 HRESULT BtFamilyDevice::I2CRead(std::uint8_t device, std::uint8_t* byte) {
-  return Ready("I2CRead") ? Bus->Read(device, byte) : E_FAIL;
+  return Ready("I2CRead") ? ReadInto(device, byte) : E_FAIL;
+}
+
+HRESULT BtFamilyDevice::ReadInto(std::uint8_t device, std::uint8_t* place) {
+  std::optional<std::uint8_t> byte;
+  const HRESULT code = Bus->Read(device, byte);
+  if (byte) Store(place, *byte);
+  return code;
 }
 
 HRESULT BtFamilyDevice::ReadEEPROM(std::uint8_t address, std::uint8_t* byte) {

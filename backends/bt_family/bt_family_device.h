@@ -140,6 +140,7 @@ class BtFamilyDevice {
   bool InMode(Mode mode, const char* operation) const;
   HRESULT LockAccess(const char* operation, std::uint32_t index) const;
   HRESULT WriteTvPll();
+  HRESULT ReadInto(std::uint8_t device, std::uint8_t* place);
 };
 
 }  // namespace zelk

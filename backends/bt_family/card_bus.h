@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "platform/com.h"
 
@@ -12,7 +13,8 @@ class CardBus {
  public:
   // Device addresses are 8-bit write addresses. At most 64 bytes.
   virtual HRESULT Write(std::uint8_t device, const std::uint8_t* bytes, std::uint32_t count) = 0;
-  virtual HRESULT Read(std::uint8_t device, std::uint8_t* byte) = 0;
+  // `byte` is what the transfer left, whatever its result; empty where none took place.
+  virtual HRESULT Read(std::uint8_t device, std::optional<std::uint8_t>& byte) = 0;
   // Whether the place (null allowed) is written when the result is a failure differs: see there.
   virtual HRESULT ReadEeprom(std::uint8_t address, std::uint8_t* byte) = 0;
   // The code of the key that is held on the remote control, 0 without one. The place may be null.

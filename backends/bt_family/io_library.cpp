@@ -29,8 +29,8 @@ HRESULT IoLibraryBus::Write(std::uint8_t device, const std::uint8_t* bytes, std:
   return WriteSequence(device, bytes, count);
 }
 
-HRESULT IoLibraryBus::Read(std::uint8_t device, std::uint8_t* byte) {
-  return ReadByte(device, byte);
+HRESULT IoLibraryBus::Read(std::uint8_t device, std::optional<std::uint8_t>& byte) {
+  return ReadByte(device, &byte.emplace());
 }
 
 HRESULT IoLibraryBus::ReadHorizontalLock(LONG& locked) {

@@ -70,7 +70,7 @@ class IoLibrary {
 class IoLibraryBus : public CardBus, public SoftwareI2c {
  public:
   HRESULT Write(std::uint8_t device, const std::uint8_t* bytes, std::uint32_t count) override;
-  HRESULT Read(std::uint8_t device, std::uint8_t* byte) override;
+  HRESULT Read(std::uint8_t device, std::optional<std::uint8_t>& byte) override;
   HRESULT ReadHorizontalLock(LONG& locked) override;
 
  protected:

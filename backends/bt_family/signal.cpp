@@ -33,16 +33,16 @@ HRESULT BtFamilyDevice::IsSignalPresent_TUNER(std::uint32_t* present, std::uint3
 HRESULT BtFamilyDevice::TvPresence(const SignalPlaces& places) {
   const bool byAfc = kTvAfcDemodulators.Has(TunerType);
   const bool byLock = kTvLockDemodulators.Has(TunerType);
-  std::uint8_t status = 0;
-  const HRESULT code =
-      Bus->Read(byAfc || byLock ? kDemodulatorAddress : Family.PllAddress, &status);
-  if (FAILED(code)) return StoreNoReading(places, code);
+  std::optional<std::uint8_t> status;
+  const HRESULT code = Bus->Read(byAfc || byLock ? kDemodulatorAddress : Family.PllAddress, status);
+  if (!status) return StoreNoReading(places, code);
+  // Quirk: the byte of a read that failed counts as any other.
   if (byAfc) {
-    StoreDemodulatorTvAfc(places, status, kTvDemodulatorAfc);
+    StoreDemodulatorTvAfc(places, *status, kTvDemodulatorAfc);
   } else if (byLock) {
-    StoreDemodulatorTvLock(places, status);
+    StoreDemodulatorTvLock(places, *status);
   } else {
-    StoreTunerTvStatus(places, status);
+    StoreTunerTvStatus(places, *status);
   }
   return code;
 }
@@ -63,19 +63,20 @@ HRESULT BtFamilyDevice::IsFMSignalPresent(std::uint32_t* present, std::uint32_t*
   if (!InMode(Mode::FM, "IsFMSignalPresent")) return VFW_E_WRONG_STATE;
   WaitMs(Family.FmSignalWaitMs);
   const SignalPlaces places = {present, strength, afcOffsetKHz};
-  std::uint8_t status = 0;
+  std::optional<std::uint8_t> status;
   if (!kFmDemodulators.Has(TunerType)) {
-    const HRESULT code = Bus->Read(Family.PllAddress, &status);
-    if (SUCCEEDED(code)) StoreTunerFmStatus(places, status);
+    const HRESULT code = Bus->Read(Family.PllAddress, status);
+    if (SUCCEEDED(code)) StoreTunerFmStatus(places, *status);
     return code;
   }
   HRESULT code = E_FAIL;
   {
     const HardwareI2c hardware(*Bus);
-    code = Bus->Read(kDemodulatorAddress, &status);
+    code = Bus->Read(kDemodulatorAddress, status);
   }
-  if (FAILED(code)) return code;
-  const std::uint8_t afc = DemodulatorAfcCode(status);
+  if (!status) return StoreNoReading(places, code);
+  // Quirk: here too the byte of a read that failed counts as any other.
+  const std::uint8_t afc = DemodulatorAfcCode(*status);
   Store(places.present, afc == 0 || afc == 15);
   StoreAfc(places, kDemodulatorAfc, afc);
   return code;
@@ -87,12 +88,12 @@ HRESULT BtFamilyDevice::GetFMStatusByte(std::uint8_t* tuner, std::uint8_t* demod
   if (Family.FmStatusWaitMs) WaitMs(Family.FmStatusWaitMs);
   if (!Family.FmStatusDemodulators.Has(TunerType)) {
     Store(demodulator, 0);
-    return tuner ? Bus->Read(Family.PllAddress, tuner) : E_FAIL;
+    return tuner ? ReadInto(Family.PllAddress, tuner) : E_FAIL;
   }
   const HardwareI2c hardware(*Bus);
   HRESULT code = E_FAIL;
-  if (demodulator) code = Bus->Read(kDemodulatorAddress, demodulator);
-  if (tuner) code = Bus->Read(Family.PllAddress, tuner);
+  if (demodulator) code = ReadInto(kDemodulatorAddress, demodulator);
+  if (tuner) code = ReadInto(Family.PllAddress, tuner);
   return code;
 }
 

@@ -98,24 +98,42 @@ TEST_F(BtSignal, SiliconTuner) {
   }
 }
 
-// A bus that cannot be read says nothing of a carrier, and each chip's failure shows in its own
-// way.
+// The byte of a read that fails is taken for what it says, and the failure is the result; only a PLL
+// in FM says nothing then, and a read that never began says that there is no carrier.
 TEST_F(BtSignal, FailedReads) {
-  for (const bool forFm : {false, true}) {
-    for (const std::uint32_t type : {1u, 13u}) {
-      PlugNoted(kBt878, type, forFm);
-      card->Refuse("i2c stop", kRefused);
-      card->Refuse("i2c read 86", kRefused);
-      const Reading bt878 = Ask(*pll, {2});
-      EXPECT_EQ(bt878.result, kRefused) << type;
-      EXPECT_EQ(bt878.present, forFm ? kUntouched : 0) << type;
-      PlugNoted(kCx2388x, type, forFm);
-      pll->answering = demodulator->answering = false;
-      const Reading cx2388x = Ask(*pll, {2});
-      EXPECT_EQ(cx2388x.result, E_FAIL) << type;
-      EXPECT_EQ(cx2388x.present, forFm ? kUntouched : 0) << type;
-      EXPECT_THAT(TakeLog(), ::testing::ElementsAre("BT88X I2CRead(): Read data fail"));
-    }
+  struct Case {
+    CardSetUp setUp;
+    std::uint32_t type;
+    bool forFm;
+    const char* refused;  // the PLL and the demodulator would answer 0x53, the TDA8290 0x90
+    Reading expected;
+  };
+  constexpr double kNothing = kUntouched;
+  const Case cases[] = {
+      {kBt878, 1, false, "i2c stop", {kRefused, 1, 3, 62.5}},
+      {kBt878, 13, false, "i2c stop", {kRefused, 0, 0, 162.5}},
+      {kBt878, 40, false, "i2c stop", {kRefused, 1, 48, 16 * -13.2}},
+      {kBt878, 1, true, "i2c stop", {kRefused, kUntouched, kUntouched, kNothing}},
+      {kBt878, 13, true, "i2c read 86", {kRefused, 1, 5, -12.5}},
+      {kBt878, 21, true, "i2c read 86", {kRefused, 1, 5, -12.5}},
+      {kCx2388x, 1, false, "i2c read C0", {E_FAIL, 0, 0, -125.0}},
+      {kCx2388x, 13, false, "i2c read 86", {E_FAIL, 1, 5, -12.5}},
+      {kCx2388x, 24, false, "i2c read 86", {E_FAIL, 0, 0, kNothing}},
+      {kCx2388x, 1, true, "i2c read C0", {E_FAIL, kUntouched, kUntouched, kNothing}},
+      {kCx2388x, 15, true, "i2c read 86", {E_FAIL, 1, 5, -12.5}},
+      {kCx2388x, 1, false, "i2c select C0", {E_FAIL, 0, 0, kNothing}},
+      {kCx2388x, 13, false, "i2c select 86", {E_FAIL, 0, 0, kNothing}},
+      {kCx2388x, 13, true, "i2c select 86", {E_FAIL, 0, 0, kNothing}},
+      {kCx2388x, 1, true, "i2c select C0", {E_FAIL, kUntouched, kUntouched, kNothing}},
+  };
+  for (const Case& one : cases) {
+    SCOPED_TRACE(std::string(one.setUp.name) + " tuner type " + std::to_string(one.type) +
+                 (one.forFm ? " in FM, " : " in TV, ") + one.refused);
+    PlugNoted(one.setUp, one.type, one.forFm);
+    for (NotedChip* const chip : {&*pll, &*demodulator}) chip->Tell({0x53});
+    silicon->Tell({0x90});
+    card->Refuse(one.refused, kRefused);
+    EXPECT_EQ(AskSignal(one.forFm ? ZELK_FMIsSignalPresent : ZELK_IsSignalPresent), one.expected);
   }
 }
 
