@@ -70,11 +70,12 @@ bool Bt88xDevice::SetUpLibrary() {
     return false;
   }
   bool usable = Library.Bind(kPioGate880Entries);
-  if (usable && pioGate880.InitIo() == 0) {
+  // Both are called whatever else is missing or has failed, and each failure has its line.
+  if (pioGate880.InitIo && pioGate880.InitIo() == 0) {
     Family.Log.Say(" HWInit call g_pBT880_INIT_IO() function fail");
     usable = false;
   }
-  if (usable && pioGate880.I2cIsInitOk() == 0) {
+  if (pioGate880.I2cIsInitOk && pioGate880.I2cIsInitOk() == 0) {
     Family.Log.Say(" HWInit call g_pBT880_I2CISINITOK() function fail");
     usable = false;
   }
