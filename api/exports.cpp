@@ -264,13 +264,17 @@ HRESULT ZELK_CALL ZELK_I2CWriteSequence(uint32_t address, const uint8_t* buffer,
 
 HRESULT ZELK_CALL ZELK_ReadI2C(uint32_t address, uint8_t* buffer, uint32_t length) {
   return Dispatch<Q>(E_NOTIMPL, [&](auto& card) {
-    return card.ReadI2C(static_cast<uint8_t>(address), buffer, length) ? S_OK : E_NOTIMPL;
+    return card.ReadI2C(static_cast<uint8_t>(address), buffer, static_cast<int32_t>(length))
+               ? S_OK
+               : E_NOTIMPL;
   });
 }
 
 HRESULT ZELK_CALL ZELK_WriteI2C(uint32_t address, const uint8_t* buffer, uint32_t length) {
   return Dispatch<Q>(E_NOTIMPL, [&](auto& card) {
-    return card.WriteI2C(static_cast<uint8_t>(address), buffer, length) ? S_OK : E_NOTIMPL;
+    return card.WriteI2C(static_cast<uint8_t>(address), buffer, static_cast<int32_t>(length))
+               ? S_OK
+               : E_NOTIMPL;
   });
 }
 

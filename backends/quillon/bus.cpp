@@ -27,27 +27,29 @@ const LockRow* FindLock(std::uint32_t index) {
 
 constexpr std::uint8_t kAdcAddress = 0x34;
 
+constexpr std::int32_t kLongestTransfer = sizeof(Ql2I2cRequest::data);
+
 }  // namespace
 
-bool QuillonDevice::ReadI2C(std::uint8_t address, std::uint8_t* buffer, std::uint32_t length) {
+bool QuillonDevice::ReadI2C(std::uint8_t address, std::uint8_t* buffer, std::int32_t length) {
   Ql2I2cRequest request = {.address = address, .length = static_cast<std::uint8_t>(length)};
-  if (length > sizeof(request.data) ||
+  if (length > kLongestTransfer ||
       !IsSupported(CaptureProps.Get(), kPropsetQl2I2c, kQl2I2cRead, KSPROPERTY_SUPPORT_GET)) {
     return false;
   }
   const HRESULT code = GetProperty(CaptureProps.Get(), kPropsetQl2I2c, kQl2I2cRead, request);
-  if (buffer) std::copy_n(request.data, length, buffer);
+  if (buffer && length > 0) std::copy_n(request.data, length, buffer);
   return code == S_OK;
 }
 
 bool QuillonDevice::WriteI2C(std::uint8_t address, const std::uint8_t* buffer,
-                             std::uint32_t length) {
+                             std::int32_t length) {
   Ql2I2cRequest request = {.address = address, .length = static_cast<std::uint8_t>(length)};
-  if (length > sizeof(request.data) || (!buffer && length > 0) ||
+  if (length > kLongestTransfer || (!buffer && length > 0) ||
       !IsSupported(CaptureProps.Get(), kPropsetQl2I2c, kQl2I2cWrite, KSPROPERTY_SUPPORT_SET)) {
     return false;
   }
-  std::copy_n(buffer, length, request.data);
+  if (length > 0) std::copy_n(buffer, length, request.data);
   return SetProperty(CaptureProps.Get(), kPropsetQl2I2c, kQl2I2cWrite, request) == S_OK;
 }
 

@@ -55,7 +55,7 @@ bool QuillonDevice::WriteFmReceiver(bool japaneseBand) {
   const FmReceiverBytes bytes =
       FmReceiverWord(FmFrequency, FmAudioMode == kFmStereo,
                      japaneseBand ? kFmReceiverJapaneseBand : kFmReceiverWesternBand);
-  return WriteI2C(kFmReceiverAddress, bytes.data(), static_cast<std::uint32_t>(bytes.size()));
+  return WriteI2C(kFmReceiverAddress, bytes.data(), static_cast<std::int32_t>(bytes.size()));
 }
 
 HRESULT QuillonDevice::SetFMFreq(std::uint32_t frequencyKHz) {
@@ -94,7 +94,7 @@ HRESULT QuillonDevice::SetFMAudioMode(std::uint32_t mode) {
     if (!row.tunerTypes.Has(TunerType)) continue;
     const auto bytes =
         WordBytes(row.words.word1, mode == kFmStereo ? row.words.stereo : row.words.mono);
-    return WriteI2C(kDemodulatorAddress, bytes.data(), static_cast<std::uint32_t>(bytes.size()))
+    return WriteI2C(kDemodulatorAddress, bytes.data(), static_cast<std::int32_t>(bytes.size()))
                ? S_OK
                : E_FAIL;
   }
@@ -176,7 +176,7 @@ void QuillonDevice::ReadFmReceiverStatus() {
   // Without an answer nothing is left of the station before.
   FmReceiverStatus = {};
   ReadI2C(kFmReceiverReadAddress, FmReceiverStatus.data(),
-          static_cast<std::uint32_t>(FmReceiverStatus.size()));
+          static_cast<std::int32_t>(FmReceiverStatus.size()));
 }
 
 }  // namespace zelk

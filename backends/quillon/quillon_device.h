@@ -69,10 +69,10 @@ class QuillonDevice {
   HRESULT GetMPEGParam(ZELK_MpegParams* params);
 
   // --- Bus, locks, ADC (bus.cpp) ---
-  // At most 16 bytes each; a longer transfer is refused. A failed read delivers what the driver
-  // left.
-  bool ReadI2C(std::uint8_t address, std::uint8_t* buffer, std::uint32_t length);
-  bool WriteI2C(std::uint8_t address, const std::uint8_t* buffer, std::uint32_t length);
+  // At most 16 bytes each; a longer transfer is refused. A negative length goes to the driver with
+  // its low byte and without data. A failed read delivers what the driver left.
+  bool ReadI2C(std::uint8_t address, std::uint8_t* buffer, std::int32_t length);
+  bool WriteI2C(std::uint8_t address, const std::uint8_t* buffer, std::int32_t length);
   HRESULT I2CRead(std::uint8_t address, std::uint8_t* byte);
   // Lock 0 keeps the driver off the tuner; lock 1 is the application's.
   HRESULT GetHWLock(std::uint32_t index, std::uint32_t* value);

