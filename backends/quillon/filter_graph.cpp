@@ -90,7 +90,11 @@ HRESULT QuillonDevice::CreateGraph() {
 
 bool QuillonDevice::BuildGraph() {
   CaptureFilter = AddDevice(Graph.Get(), kCategoryVideoInput, kCaptureNames);
-  if (!CaptureFilter || FAILED(Query(CaptureFilter.Get(), CaptureProps))) return false;
+  if (!CaptureFilter) return false;
+  if (FAILED(Query(CaptureFilter.Get(), CaptureProps))) {
+    ReleaseInterfaces();
+    return false;
+  }
 
   // The driver is to leave the tuner alone while the tuner's filter is added. SetHWLock refuses,
   // with its line in the log, as long as the card is not initialised: only the reading reaches the
@@ -124,6 +128,8 @@ void QuillonDevice::RegisterGraph() {
   ComPtr<IMoniker> moniker;
   HRESULT code = CreateItemMoniker(L"!", name, moniker.Receive());
   if (SUCCEEDED(code)) code = table->Register(0, Graph.Get(), moniker.Get(), &RotCookie);
+  moniker.Reset();
+  table.Reset();
   if (FAILED(code)) {
     RotCookie = 0;
     Log("Failed to register filter graph with ROT!");
