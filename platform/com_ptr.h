@@ -39,7 +39,8 @@ class ComPtr {
     if (Interface* old = std::exchange(pointer_, nullptr)) old->Release();
   }
 
-  // The place for an out argument. What was held is released first.
+  // The place for an out argument of a call that keeps it empty when it fails, as the objects of
+  // this project do. What was held is released first. Calls to others go through Obtain.
   Interface** Receive() {
     Reset();
     return &pointer_;
@@ -53,26 +54,51 @@ class ComPtr {
   Interface* pointer_ = nullptr;
 };
 
-// Asks `source` (null allowed) for an interface. A call that claims success but delivers nothing
-// counts as E_NOINTERFACE, and whatever a failed call left behind is not touched.
-template <class Interface>
-HRESULT Query(IUnknown* source, ComPtr<Interface>& result) {
+// Makes a call that hands out an interface: `call(place)` with the place for it. A call that claims
+// success but delivers nothing counts as E_NOINTERFACE, and whatever a failed call left behind is
+// not touched.
+template <class Interface, class Call>
+HRESULT Obtain(ComPtr<Interface>& result, Call call) {
   result.Reset();
-  if (!source) return E_POINTER;
-  void* object = nullptr;
-  const HRESULT code = source->QueryInterface(IidOf<Interface>(), &object);
+  Interface* object = nullptr;
+  const HRESULT code = call(&object);
   if (FAILED(code)) return code;
-  if (!object) return E_NOINTERFACE;
-  result = ComPtr<Interface>::Adopt(static_cast<Interface*>(object));
-  return code;
+  result = ComPtr<Interface>::Adopt(object);
+  return object ? code : E_NOINTERFACE;
 }
 
-// The next of what an enumerator lists; empty behind the last. A list that claims to have one more
-// but hands out nothing has ended.
+// The same for a call that is told which interface is wanted: `call(iid, place)`.
+template <class Interface, class Call>
+HRESULT ObtainAs(ComPtr<Interface>& result, Call call) {
+  return Obtain(result, [&](Interface** place) {
+    return call(IidOf<Interface>(), reinterpret_cast<void**>(place));
+  });
+}
+
+// Asks `source` (null allowed) for an interface.
+template <class Interface>
+HRESULT Query(IUnknown* source, ComPtr<Interface>& result) {
+  return ObtainAs(result, [&](REFIID iid, void** place) {
+    return source ? source->QueryInterface(iid, place) : E_POINTER;
+  });
+}
+
+template <class Interface>
+HRESULT CreateInstance(REFCLSID classId, DWORD context, ComPtr<Interface>& result) {
+  return ObtainAs(result, [&](REFIID iid, void** place) {
+    return CoCreateInstance(classId, nullptr, context, iid, place);
+  });
+}
+
+// The next of what an enumerator lists; empty behind the last, where S_FALSE is the answer. A list
+// that claims to have one more but hands out nothing has ended.
 template <class Interface, class Enumerator>
 ComPtr<Interface> NextOf(Enumerator& list) {
   ComPtr<Interface> next;
-  if (list.Next(1, next.Receive(), nullptr) != S_OK) next.Reset();
+  Obtain(next, [&](Interface** place) {
+    const HRESULT code = list.Next(1, place, nullptr);
+    return code == S_OK ? code : E_FAIL;
+  });
   return next;
 }
 

@@ -7,15 +7,24 @@ namespace zelk {
 
 // Empty for a category without devices and for one that cannot be had.
 inline ComPtr<IEnumMoniker> EnumerateCategory(REFCLSID category) {
-  ComPtr<ICreateDevEnum> deviceEnumerator;
+  ComPtr<ICreateDevEnum> devices;
   ComPtr<IEnumMoniker> monikers;
-  if (SUCCEEDED(CoCreateInstance(kClsidSystemDeviceEnum, nullptr, CLSCTX_INPROC_SERVER,
-                                 IidOf<ICreateDevEnum>(), deviceEnumerator.ReceiveVoid())) &&
-      deviceEnumerator &&
-      FAILED(deviceEnumerator->CreateClassEnumerator(category, monikers.Receive(), 0))) {
-    monikers.Reset();
+  if (SUCCEEDED(CreateInstance(kClsidSystemDeviceEnum, CLSCTX_INPROC_SERVER, devices))) {
+    Obtain(monikers, [&](IEnumMoniker** place) {
+      return devices->CreateClassEnumerator(category, place, 0);
+    });
   }
   return monikers;
+}
+
+// The device that a moniker stands for; empty when it cannot be made.
+template <class Interface>
+ComPtr<Interface> BindDevice(IMoniker& moniker) {
+  ComPtr<Interface> device;
+  ObtainAs(device, [&](REFIID iid, void** place) {
+    return moniker.BindToObject(nullptr, nullptr, iid, place);
+  });
+  return device;
 }
 
 // A text among a device's properties, for as long as the object lives.
@@ -24,15 +33,17 @@ class DeviceText {
   DeviceText(IMoniker& moniker, const OLECHAR* property) {
     VariantInit(&value_);
     ComPtr<IPropertyBag> properties;
-    if (FAILED(moniker.BindToStorage(nullptr, nullptr, IidOf<IPropertyBag>(),
-                                     properties.ReceiveVoid())) ||
-        !properties) {
+    if (FAILED(ObtainAs(properties, [&](REFIID iid, void** place) {
+          return moniker.BindToStorage(nullptr, nullptr, iid, place);
+        }))) {
       return;
     }
     value_.vt = VT_BSTR;
     value_.bstrVal = nullptr;
-    known_ = properties->Read(property, &value_, nullptr) == S_OK && value_.vt == VT_BSTR &&
-             value_.bstrVal;
+    const HRESULT code = properties->Read(property, &value_, nullptr);
+    // What a failed call left behind is not touched.
+    if (FAILED(code)) VariantInit(&value_);
+    known_ = code == S_OK && value_.vt == VT_BSTR && value_.bstrVal;
   }
   DeviceText(const DeviceText&) = delete;
   DeviceText& operator=(const DeviceText&) = delete;

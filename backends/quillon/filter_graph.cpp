@@ -17,17 +17,14 @@ constexpr const OLECHAR* kEncoderNames[] = {L"Korvane Telmora Encoder (QL2)"};
 
 template <class Interface>
 bool CreateObject(REFCLSID classId, ComPtr<Interface>& object) {
-  return CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IidOf<Interface>(),
-                          object.ReceiveVoid()) == S_OK &&
-         object;
+  return CreateInstance(classId, CLSCTX_INPROC_SERVER, object) == S_OK;
 }
 
-ComPtr<IBaseFilter> BindFilter(IMoniker& moniker) {
-  ComPtr<IBaseFilter> filter;
-  if (FAILED(moniker.BindToObject(nullptr, nullptr, IidOf<IBaseFilter>(), filter.ReceiveVoid()))) {
-    filter.Reset();
-  }
-  return filter;
+// Empty when there is none.
+ComPtr<IRunningObjectTable> RunningObjects() {
+  ComPtr<IRunningObjectTable> table;
+  Obtain(table, [](IRunningObjectTable** place) { return GetRunningObjectTable(0, place); });
+  return table;
 }
 
 ComPtr<IBaseFilter> FindFilterByName(REFCLSID category, std::wstring_view name) {
@@ -36,7 +33,9 @@ ComPtr<IBaseFilter> FindFilterByName(REFCLSID category, std::wstring_view name) 
   monikers->Reset();
   while (const ComPtr<IMoniker> moniker = NextOf<IMoniker>(*monikers.Get())) {
     const DeviceName deviceName(*moniker.Get());
-    if (deviceName.Get() && name == deviceName.Get()) return BindFilter(*moniker.Get());
+    if (deviceName.Get() && name == deviceName.Get()) {
+      return BindDevice<IBaseFilter>(*moniker.Get());
+    }
   }
   return {};
 }
@@ -61,7 +60,7 @@ void AddTvAudioFilter(IGraphBuilder& graph) {
   monikers->Reset();
   const ComPtr<IMoniker> moniker = NextOf<IMoniker>(*monikers.Get());
   if (!moniker) return;
-  if (const ComPtr<IBaseFilter> filter = BindFilter(*moniker.Get())) {
+  if (const auto filter = BindDevice<IBaseFilter>(*moniker.Get())) {
     const DeviceName name(*moniker.Get());
     graph.AddFilter(filter.Get(), name.Get() ? name.Get() : L"No Name");
   }
@@ -117,8 +116,8 @@ bool QuillonDevice::BuildGraph() {
 // earlier entry.
 void QuillonDevice::RegisterGraph() {
   UnregisterGraph();
-  ComPtr<IRunningObjectTable> table;
-  if (FAILED(GetRunningObjectTable(0, table.Receive())) || !table) return;
+  ComPtr<IRunningObjectTable> table = RunningObjects();
+  if (!table) return;
   OLECHAR name[64];
   OLECHAR* end = AppendText(name, L"FilterGraph ");
   end = AppendHex(end, static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(Graph.Get())));
@@ -126,7 +125,8 @@ void QuillonDevice::RegisterGraph() {
   end = AppendHex(end, GetCurrentProcessId());
   *end = L'\0';
   ComPtr<IMoniker> moniker;
-  HRESULT code = CreateItemMoniker(L"!", name, moniker.Receive());
+  HRESULT code =
+      Obtain(moniker, [&](IMoniker** place) { return CreateItemMoniker(L"!", name, place); });
   if (SUCCEEDED(code)) code = table->Register(0, Graph.Get(), moniker.Get(), &RotCookie);
   moniker.Reset();
   table.Reset();
@@ -138,8 +138,7 @@ void QuillonDevice::RegisterGraph() {
 
 void QuillonDevice::UnregisterGraph() {
   if (RotCookie == 0) return;
-  ComPtr<IRunningObjectTable> table;
-  if (SUCCEEDED(GetRunningObjectTable(0, table.Receive())) && table) table->Revoke(RotCookie);
+  if (const auto table = RunningObjects()) table->Revoke(RotCookie);
   RotCookie = 0;
 }
 

@@ -93,7 +93,7 @@ HRESULT QuillonDevice::SetMPEGParam(const ZELK_MpegParams& params) {
   const ComPtr<IAMStreamConfig> config = VideoPinConfig();
   if (!config) return E_FAIL;
   MediaType format;
-  if (FAILED(config->GetFormat(format.Receive())) || !format.Get()) return E_FAIL;
+  if (!format.ReadFrom(*config.Get())) return E_FAIL;
   if (format.HasPlainHeader()) {
     format.Picture()->biWidth = static_cast<LONG>(params.Width);
     format.Picture()->biHeight = static_cast<LONG>(params.Height);
@@ -140,8 +140,7 @@ HRESULT QuillonDevice::GetMPEGParam(ZELK_MpegParams* params) {
   const ComPtr<IAMStreamConfig> config = VideoPinConfig();
   if (!config) return E_FAIL;
   MediaType format;
-  config->GetFormat(format.Receive());
-  if (!format.Get()) return E_FAIL;
+  if (!format.ReadFrom(*config.Get())) return E_FAIL;
 
   Ql2BitRateRequest rates;
   std::uint32_t flag = 0;  // read, because the driver expects it, and not reported

@@ -1,6 +1,7 @@
 #include "backends/quillon/video_format.h"
 
-#include <string_view>
+#include <algorithm>
+#include <iterator>
 
 namespace zelk {
 
@@ -9,6 +10,12 @@ MediaType::~MediaType() {
   CoTaskMemFree(type_->pbFormat);
   const auto unknown = ComPtr<IUnknown>::Adopt(type_->pUnk);
   CoTaskMemFree(type_);
+}
+
+bool MediaType::ReadFrom(IAMStreamConfig& pin) {
+  AM_MEDIA_TYPE* type = nullptr;
+  if (SUCCEEDED(pin.GetFormat(&type))) type_ = type;
+  return type_ != nullptr;
 }
 
 bool MediaType::HasPlainHeader() const {
@@ -27,14 +34,17 @@ BITMAPINFOHEADER* MediaType::Picture() const {
   return nullptr;
 }
 
-ComPtr<IPin> FindPinByName(IBaseFilter& filter, const OLECHAR* name) {
+ComPtr<IPin> FindPinByName(IBaseFilter& filter, std::wstring_view wanted) {
   ComPtr<IEnumPins> pins;
-  if (FAILED(filter.EnumPins(pins.Receive())) || !pins) return {};
+  if (FAILED(Obtain(pins, [&](IEnumPins** place) { return filter.EnumPins(place); }))) return {};
   while (ComPtr<IPin> pin = NextOf<IPin>(*pins.Get())) {
     PIN_INFO info = {};
     if (FAILED(pin->QueryPinInfo(&info))) continue;
     const auto owner = ComPtr<IBaseFilter>::Adopt(info.pFilter);
-    if (std::wstring_view(info.achName) == name) return pin;
+    // A name may fill its record and have no terminator.
+    const OLECHAR* const name = std::cbegin(info.achName);
+    const OLECHAR* const end = std::find(name, std::cend(info.achName), L'\0');
+    if (std::wstring_view(name, end) == wanted) return pin;
   }
   return {};
 }

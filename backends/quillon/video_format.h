@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "platform/com_ptr.h"
 
@@ -15,7 +16,9 @@ class MediaType {
   MediaType& operator=(const MediaType&) = delete;
   ~MediaType();
 
-  AM_MEDIA_TYPE** Receive() { return &type_; }
+  // Asks a pin for the format in use. False when it gives none; what a failed call left behind is
+  // not touched.
+  bool ReadFrom(IAMStreamConfig& pin);
   AM_MEDIA_TYPE* Get() const { return type_; }
 
   // The picture within the format, whichever of the two headers it has. Null for another format.
@@ -36,6 +39,6 @@ class MediaType {
 };
 
 // The first pin of that name; empty when there is none.
-ComPtr<IPin> FindPinByName(IBaseFilter& filter, const OLECHAR* name);
+ComPtr<IPin> FindPinByName(IBaseFilter& filter, std::wstring_view wanted);
 
 }  // namespace zelk

@@ -40,8 +40,7 @@ bool GetUserLocale(char (&locale)[260]) {
 }
 
 HRESULT CreateVampService(ComPtr<IVampService>& service) {
-  return CoCreateInstance(kClsidVampService, nullptr, CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER,
-                          IidOf<IVampService>(), service.ReceiveVoid());
+  return CreateInstance(kClsidVampService, CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER, service);
 }
 
 }  // namespace
@@ -115,18 +114,13 @@ void Saa713xDevice::BindTvAudio() {
   if (!monikers) return;
   monikers->Reset();
   while (const ComPtr<IMoniker> moniker = NextOf<IMoniker>(*monikers.Get())) {
-    ComPtr<IAMTVAudio> device;
-    moniker->BindToObject(nullptr, nullptr, IidOf<IAMTVAudio>(), device.ReceiveVoid());
-    if (device) TvAudio = std::move(device);
+    if (auto device = BindDevice<IAMTVAudio>(*moniker.Get())) TvAudio = std::move(device);
   }
 }
 
-// Judges a step that hands out an interface. A call that claims success but hands out nothing has
-// failed.
-HRESULT Saa713xDevice::Obtained(HRESULT code, const IUnknown* delivered, const char* failure) {
-  if (SUCCEEDED(code) && delivered) return code;
-  Log(failure);
-  return FAILED(code) ? code : E_NOINTERFACE;
+HRESULT Saa713xDevice::Judged(HRESULT code, const char* failure) {
+  if (FAILED(code)) Log(failure);
+  return code;
 }
 
 HRESULT Saa713xDevice::ObtainVampInterfaces(ComPtr<IVampDevice>& device) {
@@ -137,28 +131,28 @@ HRESULT Saa713xDevice::ObtainVampInterfaces(ComPtr<IVampDevice>& device) {
     WinExec("regsvr32 /s ComSvc34.dll", SW_SHOW);
     code = CreateVampService(Service);
   }
-  code = Obtained(code, Service.Get(), "SAA713x initial fail");
+  code = Judged(code, "SAA713x initial fail");
   if (FAILED(code)) return code;
 
   ULONG count = 0;
   Service->GetDeviceCount(&count);
   ComPtr<IUnknown> deviceObject;
-  code = Service->GetDevice(0, deviceObject.Receive());
-  code = Obtained(code, deviceObject.Get(), "SAA713x no device");
+  code = Obtain(deviceObject, [&](IUnknown** place) { return Service->GetDevice(0, place); });
+  code = Judged(code, "SAA713x no device");
   if (FAILED(code)) return code;
   code = Query(deviceObject.Get(), device);
   deviceObject.Reset();
-  code = Obtained(code, device.Get(), "SAA713x initial Cannot get IVampDevice interface");
+  code = Judged(code, "SAA713x initial Cannot get IVampDevice interface");
   if (FAILED(code)) return code;
 
-  code = device->GetGpio(Gpio.Receive());
-  code = Obtained(code, Gpio.Get(), "SAA713x initial Cannot get GPIO interface");
+  code = Obtain(Gpio, [&](IVampGpio** place) { return device->GetGpio(place); });
+  code = Judged(code, "SAA713x initial Cannot get GPIO interface");
   if (FAILED(code)) return code;
-  code = device->GetI2c(I2c.Receive());
-  code = Obtained(code, I2c.Get(), "SAA713x initial Cannot get I2C interface");
+  code = Obtain(I2c, [&](IVampI2c** place) { return device->GetI2c(place); });
+  code = Judged(code, "SAA713x initial Cannot get I2C interface");
   if (FAILED(code)) return code;
-  code = device->GetDecoder(Decoder.Receive());
-  return Obtained(code, Decoder.Get(), "SAA713x initial Cannot get IVampDecoder interface");
+  code = Obtain(Decoder, [&](IVampDecoder** place) { return device->GetDecoder(place); });
+  return Judged(code, "SAA713x initial Cannot get IVampDecoder interface");
 }
 
 void Saa713xDevice::ReadBoardConfiguration(IVampDevice& device) {

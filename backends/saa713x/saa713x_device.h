@@ -131,7 +131,8 @@ class Saa713xDevice {
   HRESULT ObtainFilters(IUnknown* captureFilter, IUnknown* tunerFilter);
   void BindTvAudio();
   HRESULT ObtainVampInterfaces(ComPtr<IVampDevice>& device);
-  static HRESULT Obtained(HRESULT code, const IUnknown* delivered, const char* failure);
+  // `code`, after logging `failure` where it is one.
+  static HRESULT Judged(HRESULT code, const char* failure);
   void ReadBoardConfiguration(IVampDevice& device);
   void ReadTunerFromEeprom();
   void SetUpDemodulator();

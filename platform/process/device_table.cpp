@@ -70,7 +70,11 @@ class DeviceMoniker : public NamedMoniker {
 void AppendMonikers(ICreateDevEnum& source, REFCLSID category,
                     std::vector<ComPtr<IMoniker>>& monikers) {
   ComPtr<IEnumMoniker> list;
-  if (source.CreateClassEnumerator(category, list.Receive(), 0) != S_OK) return;
+  if (FAILED(Obtain(list, [&](IEnumMoniker** place) {
+        return source.CreateClassEnumerator(category, place, 0);
+      }))) {
+    return;
+  }
   while (ComPtr<IMoniker> moniker = NextOf<IMoniker>(*list.Get()))
     monikers.push_back(std::move(moniker));
 }

@@ -31,8 +31,7 @@ DWORD registration = 0;
 void EnterClass() {
   // The system's own, while it can still be reached. A system without one has no devices.
   ComPtr<ICreateDevEnum> system;
-  CoCreateInstance(kClsidSystemDeviceEnum, nullptr, CLSCTX_INPROC_SERVER, IidOf<ICreateDevEnum>(),
-                   system.ReceiveVoid());
+  CreateInstance(kClsidSystemDeviceEnum, CLSCTX_INPROC_SERVER, system);
   const auto deviceEnum = ComPtr<IClassFactory>::Adopt(new DeviceEnumClass(std::move(system)));
   if (FAILED(CoRegisterClassObject(kClsidSystemDeviceEnum, deviceEnum.Get(), CLSCTX_INPROC_SERVER,
                                    REGCLS_MULTIPLEUSE, &registration))) {
