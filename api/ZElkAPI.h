@@ -15,7 +15,10 @@
  *     counts as no card; functions that answer otherwise say so.
  *   - A function that needs the TV mode or the FM mode answers ZELK_VFW_E_WRONG_STATE in another.
  *   - A null output pointer is allowed everywhere: the work is done, the store is skipped.
- *   - The library creates no threads and takes no locks. Call it from one thread.
+ *   - The library creates no threads and takes no locks. Call it from one thread. One call alone
+ * may come from another: ZELK_AllFreqScan(callback, ZELK_SCAN_STOP), which stops either scan.
+ *   - A driver's call may dispatch the thread's messages, and so a function may be called from
+ * inside another one. ZELK_Free and ZELK_HWInit say what they do then.
  *   - Failures leave one line of text in a log file in the current directory: "zelkapi_713x.log",
  *     "zelkapi_BT878.log", "zelkapi_BT88X.log" or "zelkapi_Quillon.log", by card family.
  *
@@ -115,7 +118,7 @@ enum {
 };
 
 /** Receives the events of a scan, on the thread that runs it. It may call any function of this
- * library, ZELK_Free included. */
+ * library, ZELK_Free and ZELK_HWInit included: they take effect at once here. */
 typedef void(ZELK_CALL* ZELK_ScanCallback)(uint32_t event, uint32_t value, uint32_t reserved);
 
 /** Commands of a scan. */
@@ -134,11 +137,17 @@ enum {
  * @param friendlyName        that filter's friendly name, ANSI; each family accepts its own names
  * @param tunerFilter         the card's TV-tuner filter, or null
  * @param russiaFlag          low byte non-zero lowers the FM band to 62 MHz (S alone)
- * @return the code of the family that was kept, ZELK_E_FAIL when none accepted the card */
+ * @return the code of the family that was kept, ZELK_E_FAIL when none accepted the card. Called
+ * from inside a driver's call, it frees, tries nothing and answers ZELK_E_FAIL; so does the
+ *         ZELK_HWInit that it may have been called from */
 HRESULT ZELK_CALL ZELK_HWInit(struct IUnknown* videoCaptureFilter, const char* friendlyName,
                               struct IUnknown* tunerFilter, uint32_t russiaFlag);
 
-/** Stops a running scan and releases the card and all that the library holds. */
+/** Stops a running scan and releases the card and all that the library holds. At once, but for one
+ * case: called from inside a driver's call, it leaves the card's object to the function that made
+ * the call. That function asks nothing more of the card, answers what it has, and releases
+ * everything when it returns. Until then the card is live no more and no other can be initialised.
+ * Called from inside itself it does nothing. */
 void ZELK_CALL ZELK_Free(void);
 
 /** Copies the board's record. Cards: S B X Q. */
@@ -196,7 +205,9 @@ HRESULT ZELK_CALL ZELK_IsSignalPresent(uint32_t* present, uint32_t* strength, do
 /** Scans the TV band of the card, upward in steps of 250 kHz, on the calling thread. Between probes
  * it pumps the thread's window messages. Cards: S B X Q.
  * @param callback  receives the events; null silences them
- * @param command   ZELK_SCAN_START runs a scan, ZELK_SCAN_STOP stops the running one (TV or FM)
+ * @param command   ZELK_SCAN_START runs a scan, ZELK_SCAN_STOP stops the running one (TV or FM),
+ * from any thread, as long as the card stays live. A stop that finds nothing running reports
+ * ZELK_EVENT_ENDED to its own callback, on its own thread
  * @return ZELK_S_FALSE after a scan has ended and when there was nothing to do; ZELK_S_OK when
  *         a running scan was stopped; ZELK_E_FAIL without a card and for a start while a scan
  *         runs */
@@ -319,6 +330,10 @@ HRESULT ZELK_CALL ZELK_I2CReadSequence(uint32_t address, uint8_t* buffer, uint32
 HRESULT ZELK_CALL ZELK_I2CWriteSequence(uint32_t address, const uint8_t* buffer, uint32_t length);
 
 /** Reads from a device on the I2C bus of an MPEG-encoder card. Cards: Q.
+ * @param address  8-bit bus address
+ * @param buffer   receives the bytes, also of a failed transfer
+ * @param length   at most 16. As a signed number: a negative one reaches the driver as its low
+ * byte, without data
  * @return ZELK_S_OK; ZELK_E_NOTIMPL for a failed transfer and without such a card */
 HRESULT ZELK_CALL ZELK_ReadI2C(uint32_t address, uint8_t* buffer, uint32_t length);
 /** Writes to a device on the I2C bus of an MPEG-encoder card; answers as ZELK_ReadI2C. Cards: Q. */

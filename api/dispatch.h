@@ -11,10 +11,12 @@ template <class... Backends, class Operation>
 HRESULT Dispatch(HRESULT none, Operation&& operation) {
   HRESULT result = none;
   const auto tryOne = [&](auto* card) {
-    if (card) result = operation(*card);
-    return card != nullptr;
+    if (!card) return false;
+    const CardCall call;
+    result = operation(*card);
+    return true;
   };
-  static_cast<void>((tryOne(Slot<Backends>()) || ...));
+  static_cast<void>((tryOne(Live<Backends>()) || ...));
   return result;
 }
 

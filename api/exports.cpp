@@ -1,5 +1,6 @@
 // The exported functions, except for the card's life (library.cpp), the tuner's name
-// (tuner_names.cpp) and the scans (tv_scan.cpp, fm_scan.cpp).
+// (tuner_names.cpp) and the scans (tv_scan.cpp, fm_scan.cpp). One that makes several calls of the
+// card ends with the call from whose inside the application frees it.
 #include "api/dispatch.h"
 #include "common/store.h"
 
@@ -74,36 +75,24 @@ HRESULT QuerySignal(Card& card, uint32_t* present, uint32_t* strength, double* a
   return card.IsSignalPresent_TUNER(present, strength, afcOffsetKHz);
 }
 
-// The MPEG-encoder cards' tuner driver sees carriers that carry no picture: the decoder confirms
-// them.
+// On the MPEG-encoder cards the decoder confirms what the tuner's driver reports. Failures are not
+// told apart.
 HRESULT QuerySignal(Q& card, uint32_t* present, uint32_t* strength, double* afcOffsetKHz) {
   uint32_t dropped = 0;
   uint32_t* const place = present ? present : &dropped;
   const HRESULT result = card.IsSignalPresent_TUNER(place, strength, afcOffsetKHz);
   if (FAILED(result)) return E_FAIL;
-  return *place == 1 ? card.IsSignalPresent_DECODER(place) : result;
-}
-
-template <class Card>
-HRESULT Tune(Card& card, uint32_t frequencyKHz, uint32_t* present) {
-  const HRESULT result = card.SetTVFreq(frequencyKHz);
-  return FAILED(result) || !present ? result : QuerySignal(card, present, nullptr, nullptr);
-}
-
-// Their driver wants places for strength and offset, and their failures are not told apart.
-HRESULT Tune(Q& card, uint32_t frequencyKHz, uint32_t* present) {
-  const HRESULT result = card.SetTVFreq(frequencyKHz);
-  if (FAILED(result)) return E_FAIL;
-  uint32_t strength = 0;
-  double afcOffsetKHz = 0;
-  return present ? QuerySignal(card, present, &strength, &afcOffsetKHz) : result;
+  return *place == 1 && !library.freed ? card.IsSignalPresent_DECODER(place) : result;
 }
 
 }  // namespace
 
 HRESULT ZELK_CALL ZELK_SetFreq(uint32_t frequencyKHz, uint32_t* present) {
-  return Dispatch<S, B8, BX, Q>(E_FAIL,
-                                [&](auto& card) { return Tune(card, frequencyKHz, present); });
+  return Dispatch<S, B8, BX, Q>(E_FAIL, [&](auto& card) {
+    const HRESULT result = card.SetTVFreq(frequencyKHz);
+    if (FAILED(result) || !present || library.freed) return result;
+    return QuerySignal(card, present, nullptr, nullptr);
+  });
 }
 
 HRESULT ZELK_CALL ZELK_IsSignalPresent(uint32_t* present, uint32_t* strength,
@@ -129,7 +118,7 @@ HRESULT ZELK_CALL ZELK_FMInit(void) {
 HRESULT ZELK_CALL ZELK_FMSetFreq(uint32_t frequencyKHz, uint32_t* present) {
   return Dispatch<S, B8, BX, Q>(E_FAIL, [&](auto& card) {
     const HRESULT result = card.SetFMFreq(frequencyKHz);
-    if (FAILED(result) || !present) return result;
+    if (FAILED(result) || !present || library.freed) return result;
     return card.IsFMSignalPresent(present, nullptr, nullptr);
   });
 }

@@ -1,8 +1,12 @@
 // The library's state: one live card at most, in the slot of its family, and the scan that may be
 // running on it. Nothing is created when the library is loaded and nothing is freed when it is
 // unloaded.
+//
+// A driver's call may pump messages, and so an application may call ZELK_Free or ZELK_HWInit from
+// inside one. The card's object then lives on until the operation that made the call has returned.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <tuple>
 
@@ -24,13 +28,24 @@ struct Library {
   std::uint8_t AlpsTsehTsej;
   std::uint8_t AlpsTsez;
 
-  // True while a scan loop runs; the TV scan and the FM scan share it.
-  bool ScanRunning;
+  // True while a scan loop runs; the TV scan and the FM scan share it. Atomic, because another
+  // thread may stop either.
+  std::atomic<bool> ScanRunning;
   // The callback of the FM scan, library-wide so that ZELK_Free can silence it.
   ZELK_ScanCallback FmScanCallback;
 
   // Counts the calls of ZELK_Free, so that a scan notices that its card has gone.
   std::uint32_t freeCount;
+
+  // Operations of the card in the slots that have not returned.
+  std::uint32_t cardCalls;
+  // The application has freed that card meanwhile: it is live no more and goes with the last of
+  // them.
+  bool freed;
+  // A card is being destroyed, at once or late.
+  bool freeing;
+  // Whether ZELK_HWInit is trying families, and whether a later call has ended that.
+  enum class Trial : std::uint8_t { None, Running, Ended } trial;
 };
 
 extern constinit Library library;
@@ -39,5 +54,25 @@ template <class Backend>
 Backend*& Slot() {
   return std::get<Backend*>(library.slots);
 }
+
+// Null when the live card, if there is one, is of another family.
+template <class Backend>
+Backend* Live() {
+  return library.freed ? nullptr : Slot<Backend>();
+}
+
+// Destroys the card that was freed while its operations ran.
+void DestroyFreedCard();
+
+// To be held while an operation of the card runs.
+class CardCall {
+ public:
+  CardCall() { ++library.cardCalls; }
+  ~CardCall() {
+    if (--library.cardCalls == 0 && library.freed) DestroyFreedCard();
+  }
+  CardCall(const CardCall&) = delete;
+  CardCall& operator=(const CardCall&) = delete;
+};
 
 }  // namespace zelk
