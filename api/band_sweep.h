@@ -32,26 +32,6 @@ std::uint32_t ProgressPercent(const BandSweep& sweep);
 // may call anything from here, ZELK_Free included.
 void PumpMessages();
 
-// The card that a probe began with. Once that card is freed, by a window procedure or a callback in
-// the middle of the probe, nothing more is asked of any card and nothing more is found.
-class ProbedCard {
- public:
-  bool IsLive() const { return library.freeCount == freeCount_; }
-
-  // Calls `operation` with the live card if it is one of `Backends`.
-  template <class... Backends, class Operation>
-  void Ask(Operation&& operation) const {
-    if (!IsLive()) return;
-    Dispatch<Backends...>(S_OK, [&](auto& card) {
-      operation(card);
-      return S_OK;
-    });
-  }
-
- private:
-  std::uint32_t freeCount_ = library.freeCount;
-};
-
 enum class AfterProbe { GoOn, Leave };
 
 // Runs `probe` along the band until somebody clears ScanRunning, the band ends, enough was found,

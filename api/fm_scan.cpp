@@ -14,25 +14,17 @@ constexpr std::uint32_t kStereo = 1;
 
 enum Direction : std::uint32_t { kSweep = 0, kSeekUp = 1, kSeekDown = 2 };
 
-template <class Operation>
-void AskAny(const ProbedCard& card, Operation&& operation) {
-  card.Ask<Saa713xDevice, Bt878Device, Bt88xDevice, QuillonDevice>(operation);
-}
-
 class FmProbes {
  public:
   FmProbes(std::uint32_t direction, FmStrategy& strategy)
       : direction_(direction), strategy_(strategy) {}
 
   AfterProbe operator()(BandSweep& sweep) {
-    const ProbedCard card;
-    AskAny(card, [&](auto& live) { live.SetFMFreq(sweep.frequency); });
+    AskAny([&](auto& card) { card.SetFMFreq(sweep.frequency); });
     PumpMessages();
 
     ScanLine line;
-    const bool found =
-        strategy_.FindsStation({card, sweep.frequency, candidate_, line}) && card.IsLive();
-    if (found) {
+    if (strategy_.FindsStation({sweep.frequency, candidate_, line})) {
       sweep.Report(ZELK_EVENT_FOUND, candidate_.frequency, candidate_.stereo ? 1 : 0);
       line.Append("   Lock=%d   AudioMode=%s", candidate_.frequency,
                   candidate_.stereo ? "Stereo" : "Mono");
@@ -74,17 +66,13 @@ using namespace zelk;
 HRESULT ZELK_CALL ZELK_FMAllFreqScan(ZELK_ScanCallback callback, uint32_t command,
                                      uint32_t direction, uint32_t referenceKHz, uint32_t bandLowKHz,
                                      uint32_t bandHighKHz) {
-  // The card of this scan: one that a callback puts in its place is left alone.
-  const ProbedCard scanned;
-  bool live = false;
-  AskAny(scanned, [&](auto&) { live = true; });
-  if (!live) return E_FAIL;
+  if (!AskAny([](auto&) {})) return E_FAIL;
   if (command == ZELK_SCAN_START && library.ScanRunning) return S_OK;
 
   if (bandLowKHz == 0) {
     // A card that cannot say its limits has a band of one probe.
     ZELK_HWInfo info = {};
-    AskAny(scanned, [&](auto& card) { card.GetHWInfo(&info); });
+    AskAny([&](auto& card) { card.GetHWInfo(&info); });
     bandLowKHz = info.FmLowKHz;
     bandHighKHz = info.FmHighKHz;
   }
@@ -92,18 +80,15 @@ HRESULT ZELK_CALL ZELK_FMAllFreqScan(ZELK_ScanCallback callback, uint32_t comman
   if (command == ZELK_SCAN_START) {
     frequency = bandLowKHz;
     library.ScanRunning = true;
-  } else if (command == ZELK_SCAN_STOP && library.ScanRunning) {
-    library.ScanRunning = false;
+  } else if (command == ZELK_SCAN_STOP && library.ScanRunning.exchange(false)) {
     return S_OK;
   }
 
   std::uint32_t audioMode = 0;
   std::uint32_t tunerType = 0;
-  AskAny(scanned, [&](auto& card) {
-    card.GetFMAudioMode(&audioMode);
-    card.SetFMAudioMode(kStereo);
-    card.GetTunerType(&tunerType);
-  });
+  AskAny([&](auto& card) { card.GetFMAudioMode(&audioMode); });
+  AskAny([](auto& card) { card.SetFMAudioMode(kStereo); });
+  AskAny([&](auto& card) { card.GetTunerType(&tunerType); });
   if (direction == kSeekUp) frequency = referenceKHz + 2 * kStepKHz;
   if (direction == kSeekDown) frequency = referenceKHz - 2 * kStepKHz;
   library.FmScanCallback = callback;
@@ -115,7 +100,7 @@ HRESULT ZELK_CALL ZELK_FMAllFreqScan(ZELK_ScanCallback callback, uint32_t comman
                      .reportsProgress = direction == kSweep,
                      .callback = library.FmScanCallback};
   if (library.ScanRunning) Scan(direction, sweep, tunerType);
-  AskAny(scanned, [&](auto& card) { card.SetFMAudioMode(audioMode); });
+  AskAny([&](auto& card) { card.SetFMAudioMode(audioMode); });
   sweep.Report(ZELK_EVENT_ENDED, 0);
   return S_OK;
 }

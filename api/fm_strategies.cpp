@@ -12,16 +12,16 @@ namespace {
 constexpr std::uint32_t kSettlingMs = 80;
 
 template <class... Backends>
-std::uint8_t ReadStatusByte(const ProbedCard& card) {
+std::uint8_t ReadStatusByte() {
   std::uint8_t status = 0;
-  card.Ask<Backends...>([&](auto& live) { live.GetFMStatusByte(&status, nullptr); });
+  Ask<Backends...>([&](auto& card) { card.GetFMStatusByte(&status, nullptr); });
   return status;
 }
 
 template <class... Backends>
-std::uint8_t ReadAfc(const ProbedCard& card) {
+std::uint8_t ReadAfc() {
   std::uint8_t status = 0;
-  card.Ask<Backends...>([&](auto& live) { live.GetFMStatusByte(nullptr, &status); });
+  Ask<Backends...>([&](auto& card) { card.GetFMStatusByte(nullptr, &status); });
   return DemodulatorAfcCode(status);
 }
 
@@ -34,13 +34,13 @@ bool ThreeReadings::Forget() {
   return false;
 }
 
-void ThreeReadings::ReadStatus(const FmProbe& probe) {
-  status_ = ReadStatusByte<Saa713xDevice, Bt878Device, Bt88xDevice, QuillonDevice>(probe.card);
+void ThreeReadings::ReadStatus() {
+  status_ = ReadStatusByte<Saa713xDevice, Bt878Device, Bt88xDevice, QuillonDevice>();
 }
 
 bool ThreeReadings::Remember(const FmProbe& probe, int sum) {
   previousSum_ = static_cast<std::uint8_t>(sum);
-  ReadStatus(probe);
+  ReadStatus();
   probe.MakeCandidate(isStereo_(status_));
   probe.line.Append("   StatusPL=%2x", status_);
   return false;
@@ -51,7 +51,7 @@ bool ThreeReadings::FindsStation(const FmProbe& probe) {
   int sum = 0;
   bool farOff = false;
   for (int reading = 0; reading < 3 && !farOff; ++reading) {
-    const int afc = ReadAfc<Saa713xDevice, Bt878Device, Bt88xDevice, QuillonDevice>(probe.card);
+    const int afc = ReadAfc<Saa713xDevice, Bt878Device, Bt88xDevice, QuillonDevice>();
     probe.line.Append("%2X", afc);
     farOff = afc >= 6 && afc <= 9;
     sum += afc <= 7 ? afc : afc - 15;
@@ -68,7 +68,7 @@ bool ThreeReadings::FindsStation(const FmProbe& probe) {
   if (sum >= 0 || previousSum_ == kNone) return Forget();
   // Crossed. The nearer side of the station is the smaller sum.
   if (previousSum_ > -sum) {
-    ReadStatus(probe);
+    ReadStatus();
     probe.MakeCandidate(isStereo_(status_));
   }
   Forget();
@@ -82,7 +82,7 @@ bool FourReadings::FindsStation(const FmProbe& probe) {
   probe.line.Append("Freq=%d    AFC=", probe.frequency);
   int sum = 0;
   for (int reading = 0; reading < 4; ++reading) {
-    const int afc = ReadAfc<Saa713xDevice, Bt878Device, Bt88xDevice>(probe.card);
+    const int afc = ReadAfc<Saa713xDevice, Bt878Device, Bt88xDevice>();
     probe.line.Append("%2X", afc);
     sum += afc > 7 ? 15 - afc : -afc;
   }
@@ -92,8 +92,7 @@ bool FourReadings::FindsStation(const FmProbe& probe) {
   if (sum >= 6 || (previousSum_ >= sum && sum >= 0 && remembered)) {
     constexpr StereoTest kIsStereo = {0x07, 0x04};
     previousSum_ = static_cast<std::uint8_t>(sum);
-    probe.MakeCandidate(
-        kIsStereo(ReadStatusByte<Saa713xDevice, Bt878Device, Bt88xDevice>(probe.card)));
+    probe.MakeCandidate(kIsStereo(ReadStatusByte<Saa713xDevice, Bt878Device, Bt88xDevice>()));
     return false;
   }
   const bool crossed = sum < 0 && remembered;
@@ -104,14 +103,9 @@ bool FourReadings::FindsStation(const FmProbe& probe) {
 // --- ReceiverCrossing ---
 
 // False when the card with the receiver is not the live one.
-bool ReceiverCrossing::ReadStatus(const ProbedCard& card) const {
-  bool read = false;
-  const auto readFrom = [&](auto& live) {
-    live.ReadFmReceiverStatus();
-    read = true;
-  };
-  onSaa713x_ ? card.Ask<Saa713xDevice>(readFrom) : card.Ask<QuillonDevice>(readFrom);
-  return read;
+bool ReceiverCrossing::ReadStatus() const {
+  const auto read = [](auto& card) { card.ReadFmReceiverStatus(); };
+  return onSaa713x_ ? Ask<Saa713xDevice>(read) : Ask<QuillonDevice>(read);
 }
 
 bool ReceiverCrossing::FindsStation(const FmProbe& probe) {
@@ -122,7 +116,7 @@ bool ReceiverCrossing::FindsStation(const FmProbe& probe) {
 
   probe.line.Append("Freq=%d    AFC=", probe.frequency);
   WaitMs(kSettlingMs);
-  if (!ReadStatus(probe.card)) return false;
+  if (!ReadStatus()) return false;
   const int afc = (FmReceiverStatus[2] & 0x7F) - kMiddle;
   const bool stereo = FmReceiverStatus[2] >> 7;
   const std::uint8_t level = FmReceiverStatus[3] >> 4;
@@ -151,10 +145,9 @@ bool SiliconLock::FindsStation(const FmProbe& probe) {
   constexpr char kLogFile[] = "TDA8275.log";
   probe.line.Append("nFreq = %6d ", probe.frequency);
   AppendLogMessage(probe.line.Text(), kLogFile);
-  // The chip's first tuning in a new place does not always settle.
-  probe.card.Ask<Saa713xDevice>([&](auto& card) { card.SetFMFreq(probe.frequency); });
+  Ask<Saa713xDevice>([&](auto& card) { card.SetFMFreq(probe.frequency); });
   WaitMs(kSettlingMs);
-  const std::uint8_t status = ReadStatusByte<Saa713xDevice>(probe.card);
+  const std::uint8_t status = ReadStatusByte<Saa713xDevice>();
   probe.line.Clear();
   probe.line.Append("nStatusPLL: %d \n", status);
   AppendLogMessage(probe.line.Text(), kLogFile);
@@ -167,7 +160,7 @@ bool SiliconLock::FindsStation(const FmProbe& probe) {
   }
   previousStatus_ = status;
   std::uint32_t stereo = 0;
-  probe.card.Ask<Saa713xDevice>([&](auto& card) { card.GetFMStereo(&stereo); });
+  Ask<Saa713xDevice>([&](auto& card) { card.GetFMStereo(&stereo); });
   probe.MakeCandidate(stereo != 0);
   return false;
 }
@@ -176,16 +169,13 @@ bool SiliconLock::FindsStation(const FmProbe& probe) {
 
 bool LockStatus::SecondLook(const FmProbe& probe) {
   std::uint8_t status = 0;
-  probe.card.Ask<Saa713xDevice, Bt878Device, Bt88xDevice>([&](auto& card) {
-    card.SetFMTuneFlag(0);
-    card.SetFMFreq(probe.candidate.frequency);
-    card.GetFMStatusByte(&status, nullptr);
-    card.SetFMTuneFlag(1);
-  });
-  probe.card.Ask<QuillonDevice>([&](auto& card) {
-    card.SetFMFreq(probe.candidate.frequency);
-    card.GetFMStatusByte(&status, nullptr);
-  });
+  const auto setTuneFlag = [](std::uint32_t value) {
+    Ask<Saa713xDevice, Bt878Device, Bt88xDevice>([&](auto& card) { card.SetFMTuneFlag(value); });
+  };
+  setTuneFlag(0);
+  AskAny([&](auto& card) { card.SetFMFreq(probe.candidate.frequency); });
+  AskAny([&](auto& card) { card.GetFMStatusByte(&status, nullptr); });
+  setTuneFlag(1);
   return (status & 0x07) > 2;
 }
 
@@ -193,7 +183,7 @@ bool LockStatus::FindsStation(const FmProbe& probe) {
   constexpr std::uint8_t kStereo = 0x10;
   probe.line.Append("Freq=%d    AFC=", probe.frequency);
   const std::uint8_t byte =
-      ReadStatusByte<Saa713xDevice, Bt878Device, Bt88xDevice, QuillonDevice>(probe.card);
+      ReadStatusByte<Saa713xDevice, Bt878Device, Bt88xDevice, QuillonDevice>();
   const std::uint8_t status = byte & 0x07;
   probe.line.Append("%2X", status);
   if (status == 2 || status == 3) {

@@ -17,7 +17,6 @@ struct FmCandidate {
 
 // One probe, tuned already.
 struct FmProbe {
-  const ProbedCard& card;
   std::uint32_t frequency;
   FmCandidate& candidate;  // kept from probe to probe
   ScanLine& line;          // the diagnostic line of this probe
@@ -53,7 +52,7 @@ class ThreeReadings final : public FmStrategy {
 
   bool Forget();
   bool Remember(const FmProbe& probe, int sum);
-  void ReadStatus(const FmProbe& probe);
+  void ReadStatus();
 
   const StereoTest isStereo_;
   std::uint8_t previousSum_ = kNone;
@@ -81,7 +80,7 @@ class ReceiverCrossing final : public FmStrategy {
  private:
   static constexpr int kNone = 0xFF;
 
-  bool ReadStatus(const ProbedCard& card) const;
+  bool ReadStatus() const;
 
   const bool onSaa713x_;
   int previousAfc_ = kNone;

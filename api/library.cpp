@@ -55,7 +55,6 @@ using namespace zelk;
 void ZELK_CALL ZELK_Free(void) {
   if (library.freeing) return;
   if (library.trial == Library::Trial::Running) library.trial = Library::Trial::Ended;
-  ++library.freeCount;
   library.ScanRunning = false;
   library.FmScanCallback = nullptr;
   if (library.cardCalls > 0) {

@@ -34,9 +34,6 @@ struct Library {
   // The callback of the FM scan, library-wide so that ZELK_Free can silence it.
   ZELK_ScanCallback FmScanCallback;
 
-  // Counts the calls of ZELK_Free, so that a scan notices that its card has gone.
-  std::uint32_t freeCount;
-
   // Operations of the card in the slots that have not returned.
   std::uint32_t cardCalls;
   // The application has freed that card meanwhile: it is live no more and goes with the last of

@@ -12,41 +12,32 @@ constexpr std::int32_t kMostChannels = 125;
 class CarrierProbe {
  public:
   void Probe(BandSweep& sweep) {
-    const ProbedCard probed;
     // Cleared for each probe: a query that the card refuses finds nothing.
     std::uint32_t carrier = 0;
-    probed.Ask<Saa713xDevice>([&](auto& card) { AskSaa713x(card, sweep.frequency, carrier); });
-    probed.Ask<Bt878Device, Bt88xDevice, QuillonDevice>([&](auto& card) {
-      card.SetTVFreq(sweep.frequency);
-      card.IsSignalPresent_TUNER(&carrier, nullptr, nullptr);
+    std::uint32_t type = 0;
+    Ask<Saa713xDevice>([&](auto& card) { card.GetTunerType(&type); });
+    // The silicon tuners lock to a carrier's neighbourhood; only a high level is the carrier
+    // itself.
+    const bool silicon = type == 40 || type == 41;
+    std::uint32_t strength = 0;
+    AskAny([&](auto& card) { card.SetTVFreq(sweep.frequency); });
+    AskAny([&](auto& card) {
+      card.IsSignalPresent_TUNER(&carrier, silicon ? &strength : nullptr, nullptr);
     });
+    if (silicon && strength < 4) carrier = 0;
     PumpMessages();
     if (carrier == 0) return;
-    probed.Ask<Saa713xDevice, Bt878Device, Bt88xDevice>(
-        [&](auto& card) { card.IsSignalPresent_DECODER(&decoderLock_, nullptr); });
-    probed.Ask<QuillonDevice>([&](auto& card) { card.IsSignalPresent_DECODER(&decoderLock_); });
-    if (decoderLock_ == 0 || !probed.IsLive()) return;
+    const bool asked =
+        Ask<Saa713xDevice, Bt878Device, Bt88xDevice>(
+            [&](auto& card) { card.IsSignalPresent_DECODER(&decoderLock_, nullptr); }) ||
+        Ask<QuillonDevice>([&](auto& card) { card.IsSignalPresent_DECODER(&decoderLock_); });
+    if (!asked || decoderLock_ == 0) return;
     sweep.Report(ZELK_EVENT_FOUND, sweep.frequency);
     sweep.frequency += 5000;
     ++sweep.found;
   }
 
  private:
-  static void AskSaa713x(Saa713xDevice& card, std::uint32_t frequency, std::uint32_t& carrier) {
-    std::uint32_t type = 0;
-    card.GetTunerType(&type);
-    card.SetTVFreq(frequency);
-    if (type == 40 || type == 41) {
-      // The silicon tuners lock to a carrier's neighbourhood; only a high level is the carrier
-      // itself.
-      std::uint32_t strength = 0;
-      card.IsSignalPresent_TUNER(&carrier, &strength, nullptr);
-      if (strength < 4) carrier = 0;
-    } else {
-      card.IsSignalPresent_TUNER(&carrier, nullptr, nullptr);
-    }
-  }
-
   std::uint32_t decoderLock_ = 1;
 };
 
@@ -67,8 +58,8 @@ constexpr std::uint8_t kAfcFarAbove = 0;   // tuned well above the carrier
 constexpr std::uint8_t kAfcFarBelow = 4;   // no carrier, or tuned well below it
 constexpr std::uint8_t kNoReading = 0xFF;  // fills a row; the AFC has three bits
 
-// TSEH1 and TSEJ1. A reading of 2 is reported 1750 kHz above the probe: applications expect it
-// there.
+// TSEH1 and TSEJ1.
+// Quirk: a reading of 2 is reported 1750 kHz above the probe.
 constexpr AlpsModule kTsehTsej = {0, {{3, 0}, {2, 1750}, {kNoReading, 0}}, 4750};
 // TSEZ1.
 constexpr AlpsModule kTsez = {1, {{2, 0}, {3, 0}, {4, 0}}, 6000};
@@ -81,16 +72,15 @@ class AlpsProbe {
   explicit AlpsProbe(const AlpsModule& module) : module_(module) {}
 
   void Probe(BandSweep& sweep) {
-    const ProbedCard probed;
     if (module_.waitBeforeTuningMs) Sleep(module_.waitBeforeTuningMs);
-    Look(probed, sweep.frequency, firstAfc_);
+    Look(sweep.frequency, firstAfc_);
     PumpMessages();
     Sleep(1);
     const AlpsReading* first = FirstLook();
     if (!first) return;
 
-    Look(probed, sweep.frequency + kStepKHz, secondAfc_);
-    if (secondAfc_ != kAfcFarAbove || decoderLock_ == 0 || !probed.IsLive()) return;
+    const bool looked = Look(sweep.frequency + kStepKHz, secondAfc_);
+    if (!looked || secondAfc_ != kAfcFarAbove || decoderLock_ == 0) return;
     sweep.Report(ZELK_EVENT_FOUND, sweep.frequency + first->reportedAboveProbeKHz);
     sweep.frequency += kStepKHz + module_.stepAfterFoundKHz;
     ++sweep.found;
@@ -98,12 +88,12 @@ class AlpsProbe {
   }
 
  private:
-  void Look(const ProbedCard& probed, std::uint32_t frequency, std::uint8_t& afc) {
-    probed.Ask<Saa713xDevice>([&](auto& card) {
-      card.SetTVFreq(frequency);
-      card.IsSignalPresent_DECODER(&decoderLock_, nullptr);
-      card.ReadTunerAfc(&afc);
-    });
+  // False when no card with such a module is there to be asked.
+  bool Look(std::uint32_t frequency, std::uint8_t& afc) {
+    return Ask<Saa713xDevice>([&](auto& card) { card.SetTVFreq(frequency); }) &&
+           Ask<Saa713xDevice>(
+               [&](auto& card) { card.IsSignalPresent_DECODER(&decoderLock_, nullptr); }) &&
+           Ask<Saa713xDevice>([&](auto& card) { card.ReadTunerAfc(&afc); });
   }
 
   const AlpsReading* FirstLook() const {
@@ -142,6 +132,18 @@ class TvProbes {
   CarrierProbe carrier_;
 };
 
+// Reads the live card's record; false without one. This is no call of the card that must be
+// counted, because no driver is asked, and it must not be: another thread may be here to stop the
+// scan.
+bool ReadLimits(ZELK_HWInfo& info) {
+  const auto read = [&](auto* card) {
+    if (card) card->GetHWInfo(&info);
+    return card != nullptr;
+  };
+  return read(Live<Saa713xDevice>()) || read(Live<Bt878Device>()) || read(Live<Bt88xDevice>()) ||
+         read(Live<QuillonDevice>());
+}
+
 }  // namespace
 }  // namespace zelk
 
@@ -150,20 +152,10 @@ using namespace zelk;
 HRESULT ZELK_CALL ZELK_AllFreqScan(ZELK_ScanCallback callback, uint32_t command) {
   // A card that cannot say its limits has a band of one probe.
   ZELK_HWInfo info = {};
-  bool live = false;
-  Dispatch<Saa713xDevice, Bt878Device, Bt88xDevice, QuillonDevice>(E_FAIL, [&](auto& card) {
-    live = true;
-    return card.GetHWInfo(&info);
-  });
-  if (!live) return E_FAIL;
+  if (!ReadLimits(info)) return E_FAIL;
 
-  if (command == ZELK_SCAN_START) {
-    if (library.ScanRunning) return E_FAIL;
-    library.ScanRunning = true;
-  } else if (command == ZELK_SCAN_STOP && library.ScanRunning) {
-    library.ScanRunning = false;
-    return S_OK;
-  }
+  if (command == ZELK_SCAN_START && library.ScanRunning.exchange(true)) return E_FAIL;
+  if (command == ZELK_SCAN_STOP && library.ScanRunning.exchange(false)) return S_OK;
   // Any other command runs a scan within the running one.
 
   BandSweep sweep = {.frequency = info.TvLowKHz,

@@ -179,59 +179,6 @@ TEST_F(TvScan, CardFreedOrExchangedByACallback) {
   }
 }
 
-// A window of the calling thread whose procedure does what an application's might.
-std::function<void()> atMessage;
-
-LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message != WM_APP) return DefWindowProcA(window, message, wParam, lParam);
-  if (atMessage) atMessage();
-  return 0;
-}
-
-class TvScanWithWindow : public TvScan {
- protected:
-  TvScanWithWindow() {
-    WNDCLASSA windowClass = {};
-    windowClass.lpfnWndProc = WindowProcedure;
-    windowClass.lpszClassName = "scan test";
-    RegisterClassA(&windowClass);
-    window =
-        CreateWindowExA(0, "scan test", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-  }
-  ~TvScanWithWindow() override {
-    DestroyWindow(window);
-    UnregisterClassA("scan test", nullptr);
-    atMessage = nullptr;
-  }
-
-  HWND window;
-};
-
-TEST_F(TvScanWithWindow, StopFinishesTheCurrentProbe) {
-  PlugTv(1, MakeAir({48250}));
-  atMessage = [] { EXPECT_EQ(ZELK_AllFreqScan(nullptr, ZELK_SCAN_STOP), S_OK); };
-  PostMessageA(window, WM_APP, 0, 0);
-  EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_START), S_FALSE);
-  EXPECT_THAT(scanEvents, ElementsAre("1001 0", "1003 48250", "1002 0", "1004 53500", "1005 0"));
-}
-
-TEST_F(TvScanWithWindow, CardFreedInTheMiddleOfAProbeFindsNothing) {
-  for (const std::uint32_t type : {1u, 46u, 47u}) {
-    for (const bool exchange : {false, true}) {
-      // A carrier at the first probe of each band.
-      PlugTv(type, MakeAir({48250, 55250}));
-      ZELK_put_TVFormat(AnalogVideo_PAL_B, 49);
-      scanEvents.clear();
-      atMessage = [&] { exchange ? static_cast<void>(Init()) : ZELK_Free(); };
-      PostMessageA(window, WM_APP, 0, 0);
-      EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_START), S_FALSE);
-      EXPECT_THAT(EventsOf("1003"), IsEmpty()) << type;
-      EXPECT_EQ(EventsOf("1004").size(), 1u);
-      EXPECT_EQ(scanEvents.back(), "1005 0");
-    }
-  }
-}
-
 TEST_F(TvScan, OutsideTvModeNothingIsFoundAndTheBandIsWalked) {
   PlugTuner(5, MakeAir({175250}));
   ASSERT_EQ(Init(), S_OK);
