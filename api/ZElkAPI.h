@@ -163,8 +163,8 @@ HRESULT ZELK_CALL ZELK_GetTunerType(uint32_t* tunerType);
  *         buffer is all zeros then) */
 HRESULT ZELK_CALL ZELK_GetTunerName(char* buffer, uint32_t size);
 
-/** Sets a driver lock. Lock 0 keeps the driver off the tuner, lock 1 is the application's own.
- * Cards: X B S Q.
+/** Sets a lock of the driver. On S lock 0 keeps the driver off the tuner and lock 1 is only passed
+ * through; on the others both are flags whose meaning is the driver's. Cards: X B S Q.
  * @param index  0 or 1; any other answers ZELK_E_FAIL
  * @param value  the lock's new value */
 HRESULT ZELK_CALL ZELK_SetHWLock(uint32_t index, uint32_t value);

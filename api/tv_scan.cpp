@@ -16,8 +16,7 @@ class CarrierProbe {
     std::uint32_t carrier = 0;
     std::uint32_t type = 0;
     Ask<Saa713xDevice>([&](auto& card) { card.GetTunerType(&type); });
-    // The silicon tuners lock to a carrier's neighbourhood; only a high level is the carrier
-    // itself.
+    // On the silicon tuners a low level does not count.
     const bool silicon = type == 40 || type == 41;
     std::uint32_t strength = 0;
     AskAny([&](auto& card) { card.SetTVFreq(sweep.frequency); });

@@ -86,7 +86,7 @@ HRESULT Bt878DriverBus::HardwareWrite(std::uint8_t device, const std::uint8_t* b
   return Judge(kOperation, code);
 }
 
-// The hardware engine is set up anew before every transfer, and needs a moment for it.
+// The hardware engine is set up anew before every transfer.
 HRESULT Bt878DriverBus::Write(std::uint8_t device, const std::uint8_t* bytes, std::uint32_t count) {
   if (!Hardware) return WriteSequence(device, bytes, count);
   InitI2c(true);

@@ -44,7 +44,7 @@ HRESULT Bt878Device::TvPresence(const SignalPlaces& places) {
   std::uint8_t status = 0;
   HRESULT code = ReadSiliconAfc(status);
   if ((status & kSiliconLocked) == 0) {
-    // The chip may need twice the time.
+    // A second look, after as much time again.
     WaitMs(kSettlingMs);
     code = ReadSiliconAfc(status);
   }

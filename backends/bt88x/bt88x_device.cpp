@@ -123,7 +123,7 @@ void Bt88xDevice::SwitchTunerMode(AMTunerModeType mode, Channel channel) {
   SetHWLock(0, 1);
 }
 
-// The driver answers for its locks at an interface of its own.
+// The driver is asked for the interface anew for each lock that is set.
 HRESULT Bt88xDevice::LockProperties(ComPtr<IKsPropertySet>& properties) {
   const HRESULT code = Query(CaptureProps.Get(), properties);
   if (FAILED(code)) Family.Log.Say(" SetHWLock: Get IKsPropertySet interface fail");

@@ -41,7 +41,7 @@ HRESULT Bt88xDriverBus::Write(std::uint8_t device, const std::uint8_t* bytes, st
   std::copy_n(bytes, count, request.bytes);
   request.count = count;
   const HRESULT code = Set(kI2cProperty, request);
-  // A write fails with the line of a read; applications know it so.
+  // Quirk: a write fails with the line of a read.
   return Judge(code, request, kReadFailure);
 }
 

@@ -29,7 +29,7 @@ class CardBus {
   ~CardBus() = default;
 };
 
-// The IF demodulator wants the hardware engine, everything else the software one.
+// For a transfer to the IF demodulator: it goes by the hardware engine, all others by the software.
 class HardwareI2c {
  public:
   explicit HardwareI2c(CardBus& bus) : Bus(bus) { Bus.UseHardwareI2c(true); }

@@ -1,6 +1,6 @@
 // The request blocks of the card drivers' own property set. A block goes over as instance data and
 // as property data; answers come back in it. The first 24 bytes of each are the header of a
-// kernel-streaming request, which these drivers read for the set-up of the I2C engine alone.
+// kernel-streaming request, which is filled for the set-up of the I2C engine alone.
 #pragma once
 
 #include <cstddef>

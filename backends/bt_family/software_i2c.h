@@ -7,7 +7,7 @@
 
 namespace zelk {
 
-// The slowest chips on these boards want this long between two bytes.
+// Between two bytes.
 inline constexpr std::uint32_t kI2cGapMs = 16;
 
 class SoftwareI2c {

@@ -44,7 +44,7 @@ HRESULT BtFamilyDevice::WriteTvPll() {
   }
   if (!pll) {
     Family.UnknownTunerLog.Say(" This tuner type has not yet implemented in ZELK_SetFreq()");
-    // An unknown module is sent the frequency itself: applications know the traffic.
+    // Quirk: an unknown module is sent the frequency itself.
     const auto raw = static_cast<std::uint16_t>(TvFrequency);
     pll = PllSetting{raw, raw};
   }

@@ -42,12 +42,12 @@ ComPtr<IBaseFilter> FindFilterByName(REFCLSID category, std::wstring_view name) 
 
 // Finds the first of the devices and adds it to the graph.
 template <std::size_t Count>
-ComPtr<IBaseFilter> AddDevice(IGraphBuilder* graph, REFCLSID category,
+ComPtr<IBaseFilter> AddDevice(IGraphBuilder& graph, REFCLSID category,
                               const OLECHAR* const (&names)[Count]) {
   for (const OLECHAR* const name : names) {
     ComPtr<IBaseFilter> filter = FindFilterByName(category, name);
     if (!filter) continue;
-    if (graph) graph->AddFilter(filter.Get(), name);
+    graph.AddFilter(filter.Get(), name);
     return filter;
   }
   return {};
@@ -88,24 +88,23 @@ HRESULT QuillonDevice::CreateGraph() {
 }
 
 bool QuillonDevice::BuildGraph() {
-  CaptureFilter = AddDevice(Graph.Get(), kCategoryVideoInput, kCaptureNames);
+  CaptureFilter = AddDevice(*Graph.Get(), kCategoryVideoInput, kCaptureNames);
   if (!CaptureFilter) return false;
   if (FAILED(Query(CaptureFilter.Get(), CaptureProps))) {
     ReleaseInterfaces();
     return false;
   }
 
-  // The driver is to leave the tuner alone while the tuner's filter is added. SetHWLock refuses,
-  // with its line in the log, as long as the card is not initialised: only the reading reaches the
-  // driver.
+  // Quirk: lock 0 is to be held while the tuner's filter is added, but SetHWLock refuses, with its
+  // line in the log, as long as the card is not initialised. Only the reading reaches the driver.
   std::uint32_t lock = 0;
   GetHWLock(0, &lock);
   SetHWLock(0, 1);
-  TunerFilter = AddDevice(Graph.Get(), kCategoryTvTuner, kTunerNames);
+  TunerFilter = AddDevice(*Graph.Get(), kCategoryTvTuner, kTunerNames);
   SetHWLock(0, lock);
   if (!TunerFilter) return false;
 
-  EncoderFilter = AddDevice(Graph.Get(), kCategoryEncoder, kEncoderNames);
+  EncoderFilter = AddDevice(*Graph.Get(), kCategoryEncoder, kEncoderNames);
   if (!EncoderFilter) return false;
   AddTvAudioFilter(*Graph.Get());
   if (DebugApi) RegisterGraph();

@@ -44,7 +44,7 @@ HRESULT QuillonDevice::ReadyForFm(const char* notReady, const char* notFm) const
 }
 
 HRESULT QuillonDevice::InitialFM(std::uint32_t) {
-  // The television's line: applications know this one.
+  // Quirk: the line of the change to television.
   if (!Ready("Quillon InitialTV(): Hardware not initial")) return E_FAIL;
   SwitchTunerMode(AMTUNER_MODE_FM_RADIO);
   CurrentMode = Mode::FM;

@@ -100,8 +100,8 @@ HRESULT QuillonDevice::SetMPEGParam(const ZELK_MpegParams& params) {
   } else if (format.HasExtendedHeader()) {
     Log("Try set width and height failed. (as no support in api");
   }
-  // The pin's answer is the result of all that follows: applications take a refused rate behind an
-  // accepted format for a success.
+  // Quirk: the pin's answer is the result of all that follows, so that a refused rate behind an
+  // accepted format is a success.
   const HRESULT accepted = config->SetFormat(format.Get());
   return WriteAudioAndRates(params) ? S_OK : accepted;
 }
@@ -143,7 +143,7 @@ HRESULT QuillonDevice::GetMPEGParam(ZELK_MpegParams* params) {
   if (!format.ReadFrom(*config.Get())) return E_FAIL;
 
   Ql2BitRateRequest rates;
-  std::uint32_t flag = 0;  // read, because the driver expects it, and not reported
+  std::uint32_t flag = 0;  // read and not reported
   std::uint8_t selector = 0;
   std::uint32_t streamCode = 0;
   if (!GetEncoderProperty(EncoderProps, kQl2BitRate, rates) ||

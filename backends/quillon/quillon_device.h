@@ -51,10 +51,10 @@ class QuillonDevice {
   // --- FM radio (fm_radio.cpp) ---
   HRESULT InitialFM(std::uint32_t ignored);
   // On boards with a separate FM receiver the result is 1 when the receiver took the frequency and
-  // 0 when it did not: both are successes to the caller, and applications know them so.
+  // 0 when it did not: both are successes to the caller.
   HRESULT SetFMFreq(std::uint32_t frequencyKHz);
   // Audio mode 1 is stereo, any other mono. On boards with a separate FM receiver the result is
-  // E_FAIL even when the receiver took it; applications know it so.
+  // E_FAIL even when the receiver took it.
   HRESULT SetFMAudioMode(std::uint32_t mode);
   HRESULT GetFMAudioMode(std::uint32_t* mode) const;
   // Both wait for the card to settle first, 80 ms. `present` must have a place.
@@ -74,7 +74,7 @@ class QuillonDevice {
   bool ReadI2C(std::uint8_t address, std::uint8_t* buffer, std::int32_t length);
   bool WriteI2C(std::uint8_t address, const std::uint8_t* buffer, std::int32_t length);
   HRESULT I2CRead(std::uint8_t address, std::uint8_t* byte);
-  // Lock 0 keeps the driver off the tuner; lock 1 is the application's.
+  // Two flags, 0 and 1, that the driver keeps.
   HRESULT GetHWLock(std::uint32_t index, std::uint32_t* value);
   HRESULT SetHWLock(std::uint32_t index, std::uint32_t value);
   // Sets both channels of the audio converter to their fixed gain. Always S_OK.

@@ -11,7 +11,7 @@ namespace zelk {
 namespace {
 
 constexpr std::uint32_t kSettlingMs = 80;
-// The tuner driver's strength is a percentage; only the full one is a carrier.
+// Of the driver's figures for the strength only this one is a carrier.
 constexpr std::uint32_t kFullStrength = 100;
 
 // The frequency record as property data, and as instance data the record again from its frequency
@@ -74,7 +74,6 @@ HRESULT QuillonDevice::ChangeTunerCountry(std::uint32_t country) {
     OutputDebugStringA("Quillon: SetTVFormat: QueryInterface(IAMTVTUNER) failed!");
     return code;
   }
-  // Choosing its channel anew makes the driver drop what it knows of the former country.
   LONG channel = 0;
   LONG videoSubchannel = -1;
   LONG audioSubchannel = -1;
@@ -130,7 +129,7 @@ HRESULT QuillonDevice::IsSignalPresent_TUNER(std::uint32_t* present, std::uint32
   const HRESULT code =
       GetProperty(TunerProps.Get(), kPropsetTuner, KSPROPERTY_TUNER_STATUS, status);
   if (FAILED(code)) return code;
-  // An unsigned figure: below the carrier it is a large one, which applications know.
+  // Quirk: an unsigned figure, which is a large one below the carrier.
   Store(offset, static_cast<double>(static_cast<std::uint32_t>(status.PLLOffset)));
   Store(strength, status.SignalStrength);
   Store(present, status.SignalStrength == kFullStrength);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr TunerSet kAlpsTuners = {46, 47, 48};
 
-// This module takes two more bytes for its PLL, whose values do not matter.
+// This module is sent two bytes more than are known of its set-up. They are zero.
 constexpr TunerSet kTwoMoreBytes = {13};
 
 constexpr TunerSet kTnfTuners = {44, 45};
@@ -115,7 +115,7 @@ HRESULT Saa713xDevice::TuneFmPll() {
       return I2CWriteDWord(kTunerAddress, pll.divider, row.word);
     }
   }
-  // Applications know the frequency as the result.
+  // Quirk: the frequency is the result.
   return static_cast<HRESULT>(FmFrequency);
 }
 

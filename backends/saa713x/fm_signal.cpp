@@ -94,7 +94,7 @@ HRESULT Saa713xDevice::SiliconFmPresence(const SignalPlaces& places) {
   Store(places.present, step >= -1 && step <= 1 && figure < kWeakestSiliconStation);
   Store(places.strength, SiliconFmLevel(figure));
   Store(places.offset, SiliconFmOffset(step));
-  // Applications know the figure itself as the result.
+  // Quirk: the figure itself is the result.
   return static_cast<HRESULT>(figure);
 }
 
@@ -103,7 +103,7 @@ HRESULT Saa713xDevice::DemodulatorFmPresence(const SignalPlaces& places) {
   const HRESULT code = I2CRead(kDemodulatorAddress, &status);
   if (FAILED(code)) return StoreNoReading(places, code);
   const std::uint8_t afc = DemodulatorAfcCode(status);
-  // 14, not 15: applications are calibrated to it.
+  // Quirk: 14 and not 15.
   Store(places.present, afc == 0 || afc == 14);
   if (places.offset) {
     Store(places.strength, kFmDemodulatorAfc[afc].strength);

@@ -10,7 +10,7 @@ namespace {
 // Registers of the receiver chip.
 constexpr std::uint8_t kKeyCode = 0x0D;
 constexpr std::uint8_t kKeyKind = 0x0B;
-// The chip needs this long between its two registers.
+// The pause between its two registers.
 constexpr DWORD kRegisterGapMs = 20;
 
 constexpr std::uint8_t ReverseFiveBits(std::uint8_t code) {

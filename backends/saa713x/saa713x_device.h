@@ -54,7 +54,7 @@ class Saa713xDevice {
   HRESULT IsSignalPresent_DECODER(std::uint32_t* present, std::uint32_t* strength);
   // The AFC reading of an ALPS module, 0..4, in the tuner's status byte at 0xC1. Always answers 1.
   std::uint32_t ReadTunerAfc(std::uint8_t* reading);
-  // Both answer E_FAIL even after their work is done; applications know them so.
+  // Quirk: both answer E_FAIL even after their work is done.
   HRESULT SetCaptureStandard(std::uint32_t standard);
   HRESULT GetVIDEOSTANDARD(std::uint32_t* record) const;
   HRESULT GetDecoder(std::uint32_t* chipNumber) const;

@@ -60,7 +60,7 @@ HRESULT Saa713xDevice::DemodulatorLockPresence(const SignalPlaces& places) {
 
 HRESULT Saa713xDevice::DecoderPresence(const SignalPlaces& places) {
   const HRESULT code = IsSignalPresent_DECODER(places.present, nullptr);
-  // Full strength whatever the decoder found, as long as its answer had a place to go.
+  // Quirk: full strength whatever the decoder found, as long as its answer had a place to go.
   Store(places.strength, places.present ? 5 : 0);
   return code;
 }
@@ -83,7 +83,7 @@ HRESULT Saa713xDevice::Silicon41Presence(const SignalPlaces& places) {
   std::uint8_t status = 0;
   HRESULT code = ReadSiliconStatus(status);
   if ((status & kSiliconLocked) == 0) {
-    // This chip may need twice the time.
+    // A second look, after as much time again.
     WaitMs(kSettlingMs);
     code = ReadSiliconStatus(status);
   }
@@ -101,7 +101,7 @@ HRESULT Saa713xDevice::TunerAfcPresence(const SignalPlaces& places) {
   const HRESULT code = I2CRead(kTunerAddress, &status);
   if (FAILED(code)) return StoreNoReading(places, code);
   const bool present = StoreTunerTvStatus(places, status);
-  // These modules show an AFC reading on noise too; the decoder has the last word.
+  // With these modules the decoder has the last word.
   constexpr TunerSet kAskDecoder = {35, 36};
   if (present && kAskDecoder.Has(Board.TunerType)) {
     return IsSignalPresent_DECODER(places.present, nullptr);

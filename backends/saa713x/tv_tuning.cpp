@@ -1,6 +1,5 @@
 // Tuning a TV channel: by the tuner's PLL over I2C, or by the driver of the tuner filter; either
-// way the capture driver is told before and after, so that it can freeze picture and sound
-// meanwhile.
+// way the capture driver is told before and after.
 #include "backends/saa713x/bus_addresses.h"
 #include "backends/saa713x/country_rules.h"
 #include "backends/saa713x/pll_table.h"
@@ -81,7 +80,7 @@ HRESULT Saa713xDevice::SetTVFreq(std::uint32_t frequencyKHz) {
   }
   if (notify) result = NotifyTuning(kAfterTuning, country);
 
-  // The driver forgets the capture standard with a tuning; it is given back what it reported.
+  // The standard that the decoder reported becomes the capture standard.
   std::uint32_t chipNumber = 0;
   GetDecoder(&chipNumber);
   SetCaptureStandard(decoderStandard);
