@@ -50,7 +50,7 @@ bool BtFamilyDevice::InMode(Mode mode, const char* operation) const {
 
 HRESULT BtFamilyDevice::HWInit(IUnknown* captureFilter, const char* friendlyName,
                                IUnknown* tunerFilter) {
-  TearDown();
+  if (Initialised) TearDown();
   const bool reached = captureFilter && friendlyName
                            ? OpenDriver(captureFilter, friendlyName, tunerFilter)
                            : SetUpLibrary();

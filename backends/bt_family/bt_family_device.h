@@ -6,8 +6,9 @@
 // capture filter (and of the tuner filter, if there is one) or, without a capture filter or a name,
 // through the family's I/O library.
 //
-// Life: construct, HWInit once (a failed object is only good for destruction; a second HWInit
-// starts from nothing), InitialTV or InitialFM to choose a mode, then the operations of that mode.
+// Life: construct, HWInit once (a failed object is only good for destruction; a second HWInit gives
+// the card back and keeps whatever the new one does not set), InitialTV or InitialFM to choose a
+// mode, then the operations of that mode.
 // Before HWInit has succeeded every operation answers E_FAIL, in the wrong mode VFW_E_WRONG_STATE.
 //
 // Frequencies are kilohertz. Output places may be null.

@@ -113,7 +113,12 @@ bool IsAcceptedName(const char* friendlyName) {
 
 void ApplyBoardCode(std::uint32_t boardCode, BoardSettings& board) {
   for (const BoardRow& row : kBoards) {
-    if (row.boardCode == boardCode) board = row.board;
+    if (row.boardCode != boardCode) continue;
+    board.TunerType = row.board.TunerType;
+    if (!row.board.StandardBoard) board.StandardBoard = false;
+    if (row.board.AlpsTsehTsej) board.AlpsTsehTsej = row.board.AlpsTsehTsej;
+    if (row.board.AlpsTsez) board.AlpsTsez = row.board.AlpsTsez;
+    if (row.board.TunerPowerMode) board.TunerPowerMode = row.board.TunerPowerMode;
   }
 }
 

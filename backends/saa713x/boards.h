@@ -24,8 +24,8 @@ struct BoardSettings {
 // Exact comparison; null is no accepted name.
 bool IsAcceptedName(const char* friendlyName);
 
-// Applies what a board code (the low byte of the board configuration) says. A code that is not in
-// the table changes nothing.
+// Applies what a board code (the low byte of the board configuration) says. What it does not
+// mention stays as it was, and a code that is not in the table changes nothing.
 void ApplyBoardCode(std::uint32_t boardCode, BoardSettings& board);
 
 // The tuner type that EEPROM byte 0x20 names, if it names one.

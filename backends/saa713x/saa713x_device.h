@@ -6,8 +6,9 @@
 // decoder. It finds no devices of its own: it accepts or refuses the card whose filters it is
 // given, by friendly name.
 //
-// Life: construct, HWInit once (a failed object is only good for destruction; a second HWInit
-// starts from nothing), InitialTV or InitialFM to choose a mode, then the operations of that mode.
+// Life: construct, HWInit once (a failed object is only good for destruction; a second HWInit gives
+// the card back and keeps whatever the new one does not set), InitialTV or InitialFM to choose a
+// mode, then the operations of that mode.
 // Before HWInit has succeeded every operation answers E_FAIL and says so in "zelkapi_713x.log",
 // except those that only exchange a property with the driver.
 //
