@@ -2,6 +2,7 @@
 // apart.
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "backends/quillon/quillon_device.h"
 #include "platform/device_category.h"
@@ -126,19 +127,23 @@ void QuillonDevice::RegisterGraph() {
   ComPtr<IMoniker> moniker;
   HRESULT code =
       Obtain(moniker, [&](IMoniker** place) { return CreateItemMoniker(L"!", name, place); });
-  if (SUCCEEDED(code)) code = table->Register(0, Graph.Get(), moniker.Get(), &RotCookie);
+  DWORD cookie = 0;
+  if (SUCCEEDED(code)) code = table->Register(0, Graph.Get(), moniker.Get(), &cookie);
   moniker.Reset();
   table.Reset();
   if (FAILED(code)) {
-    RotCookie = 0;
     Log("Failed to register filter graph with ROT!");
+    return;
   }
+  // The application may have been let in meanwhile and have had the graph registered too.
+  UnregisterGraph();
+  RotCookie = cookie;
 }
 
 void QuillonDevice::UnregisterGraph() {
-  if (RotCookie == 0) return;
-  if (const auto table = RunningObjects()) table->Revoke(RotCookie);
-  RotCookie = 0;
+  const DWORD cookie = std::exchange(RotCookie, 0);
+  if (cookie == 0) return;
+  if (const auto table = RunningObjects()) table->Revoke(cookie);
 }
 
 void QuillonDevice::ReleaseInterfaces() {
