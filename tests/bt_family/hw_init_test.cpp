@@ -1,6 +1,4 @@
 // Which cards are accepted, what each refusal says, and that nothing is held after it.
-#include <set>
-
 #include "tests/bt_family/noted_card.h"
 
 namespace zelk::test {
@@ -157,37 +155,6 @@ TEST_F(BtHwInit, EachMissingEntryPoint) {
     if (name == "InitIO") calls = {"io I2CIsInitOK -> 0", "io FreeIO"};
     std::erase_if(calls, [&](const std::string& call) { return call.starts_with("io " + name); });
     EXPECT_EQ(TakeTrace(), calls);
-  }
-}
-
-// Each request of a whole session refused in turn, with every kind of tuner group: nothing crashes,
-// nothing goes on for ever and nothing is held.
-TEST_F(BtHwInit, EachRequestOfASessionRefused) {
-  for (const CardSetUp& wanted : kSetUps) {
-    for (const std::uint32_t type : {1u, 13u, 15u, 40u}) {
-      if (wanted.cx2388x && type == 40) continue;
-      Plug(wanted, {.tunerType = type});
-      TakeTrace();
-      Init();
-      UseEverything();
-      // Those that differ in their figures alone are one kind.
-      std::set<std::string> kinds;
-      for (const std::string& line : TakeTrace()) {
-        const std::size_t words = line.find(' ', line.find(' ') + 1);
-        kinds.insert(
-            line.substr(0, line.find("query") != std::string::npos ? line.find(" -> ") : words));
-      }
-      EXPECT_GT(kinds.size(), 5u);
-      for (const std::string& kind : kinds) {
-        SCOPED_TRACE(std::string(wanted.name) + " tuner type " + std::to_string(type) + ": " +
-                     kind);
-        Plug(wanted, {.tunerType = type});
-        card->Refuse(kind, kRefused);
-        if (SUCCEEDED(Init())) UseEverything();
-        Unplug();
-        EXPECT_EQ(host::ModuleLoadCount(wanted.Library()), 0);
-      }
-    }
   }
 }
 
