@@ -76,8 +76,11 @@ TEST_F(FmScan, ThreeReadings) {
       {"falling sum", {3, 3, 3, 1, 1, 1, 0, 15, 0, 14, 14, 14, 7}, {"98100 stereo"}},
       // A sum that rises again starts over when it is small.
       {"rising again", {1, 1, 1, 0, 0, 0, 1, 1, 0, 14, 14, 14, 7}, {}},
-      // A reading far from any carrier forgets the candidate at once.
-      {"far off", {3, 3, 3, 6, 14, 14, 14, 7}, {}},
+      // A reading far from any carrier, 6 to 9, forgets the candidate at once and makes none.
+      {"far above", {3, 3, 3, 9, 14, 14, 7}, {}},
+      {"not far above", {3, 3, 3, 10, 14, 14, 7}, {"98050 stereo"}},
+      {"far below", {6, 0, 0, 14, 14, 14, 7}, {}},
+      {"not far below", {5, 0, 0, 14, 14, 14, 7}, {"98050 stereo"}},
       {"never positive", {14, 14, 14, 13, 13, 13, 7}, {}},
   };
   for (const std::uint32_t type : {13u, 15u}) {
