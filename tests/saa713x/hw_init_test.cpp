@@ -1,8 +1,10 @@
 // Initialisation: each step refused in turn, and what the board's configuration makes of the card.
 #include <fstream>
 
+#include "api/library.h"
 #include "platform/control.h"
 #include "tests/support/card_test.h"
+#include "tests/support/common_modules.h"
 
 namespace zelk::test {
 namespace {
@@ -146,35 +148,48 @@ TEST_F(HwInit, RecordComesFromBoardConfigurationAndEeprom) {
   EXPECT_EQ(info.BoardOptionBit, 0u);
 }
 
-// Codes that name no board keep the default tuner; the EEPROM has the last word, where it names
-// one.
-TEST_F(HwInit, BoardCodesAndEepromChooseTheTuner) {
-  struct Case {
-    std::uint32_t boardCode;
-    std::uint8_t eeprom20;
-    std::uint32_t tunerType, tvLow, tvHigh;
-  };
-  const Case cases[] = {
-      {0x00, 0xFF, 0, 48250, 855250},  {0x09, 0xFF, 9, 48250, 855250},
-      {0x0A, 0xFF, 14, 48250, 863250}, {0x0D, 0xFF, 11, 91250, 765250},
-      {0x10, 0xFF, 12, 55250, 801250}, {0x15, 0xFF, 19, 49250, 863250},
-      {0x1B, 0xFF, 21, 48250, 863250}, {0x1C, 0xFF, 41, 66000, 865000},
-      {0x1F, 0xFF, 40, 40000, 865000}, {0x20, 0xFF, 24, 91250, 765250},
-      {0x28, 0xFF, 38, 52250, 802000}, {0x42, 0xFF, 46, 55250, 801250},
-      {0x85, 0xFF, 30, 55250, 801250}, {0xE8, 0xFF, 47, 48250, 855250},
-      {0xEE, 0xFF, 40, 40000, 865000}, {0x12, 0xFF, 4, 55250, 801250},
-      {0xEF, 0xFF, 4, 55250, 801250},  {0x05, 0x10, 31, 55250, 801250},
-      {0x05, 0x13, 34, 48250, 855250}, {0x05, 0x14, 5, 55250, 801250},
-      {0x05, 0x17, 5, 55250, 801250},  {0x40, 0x19, 43, 48250, 863250},
-      {0x05, 0x1B, 45, 55250, 863250}, {0x05, 0x1C, 5, 55250, 801250},
-      {0x05, 0x0F, 5, 55250, 801250},
-  };
-  for (const Case& one : cases) {
+constexpr TunerRun kBoardCodes[] = {
+    {0x00, 0x09, 0},  {0x0A, 0x0B, 14}, {0x0C, 0x0D, 10}, {0x0E, 0x0F, 16}, {0x10, 0x11, 12},
+    {0x14, 0x15, 18}, {0x1A, 0x1B, 20}, {0x1C, 0x1C, 41}, {0x1D, 0x1D, 41}, {0x1E, 0x1E, 40},
+    {0x1F, 0x1F, 40}, {0x20, 0x20, 24}, {0x22, 0x22, 35}, {0x24, 0x24, 36}, {0x26, 0x26, 37},
+    {0x28, 0x28, 38}, {0x40, 0x40, 48}, {0x42, 0x42, 46}, {0x80, 0x85, 25}, {0xE0, 0xE0, 48},
+    {0xE1, 0xE1, 48}, {0xE2, 0xE2, 46}, {0xE3, 0xE3, 46}, {0xE8, 0xE8, 47}, {0xE9, 0xE9, 47},
+    {0xEE, 0xEE, 40}};
+constexpr TvLimits kTvLimits[] = {{35, 35, 55250, 801250}, {36, 37, 91250, 765250},
+                                  {40, 40, 40000, 865000}, {41, 41, 66000, 865000},
+                                  {42, 42, 55250, 863250}, {43, 43, 48250, 863250},
+                                  {45, 45, 55250, 863250}, {46, 46, 55250, 801250},
+                                  {47, 47, 48250, 855250}, {48, 48, 91250, 765250}};
+
+// Codes that name no board keep the default tuner.
+TEST_F(HwInit, EveryBoardCode) {
+  for (std::uint32_t code = 0; code <= 0xFF; ++code) {
+    SCOPED_TRACE(::testing::Message() << std::hex << code);
+    const ZELK_HWInfo info = InfoOf({.boardConfig = code});
+    const std::uint32_t type = TunerNamed(kBoardCodes, code, 4);
+    EXPECT_EQ(TunerType(), type);
+    ExpectTvLimits(info, kTvLimits, type);
+    const bool separateFm = code == 0xE3 || code == 0xE9;
+    EXPECT_EQ(info.FmHighKHz, code == 0xE1 ? 91000u : separateFm ? 108500u : 108000u);
+    const bool switchable = (code >= 0x1C && code <= 0x1F) || code == 0x40 || code == 0x42;
+    EXPECT_EQ(ZELK_SetTunerPowerState(1), switchable ? S_OK : S_FALSE);
+    // What the TV scan asks for.
+    const auto* const device = Slot<Saa713xDevice>();
+    EXPECT_EQ(device->GetAlpsTsehTsej(), type == 46 || type == 48);
+    EXPECT_EQ(device->GetAlpsTsez(), type == 47);
+  }
+}
+
+// The EEPROM has the last word, where it names a tuner.
+TEST_F(HwInit, EveryEepromByte) {
+  constexpr TunerRun kTuners[] = {{0x10, 0x13, 31}, {0x18, 0x1B, 42}};
+  for (std::uint32_t byte = 0; byte <= 0xFF; ++byte) {
+    SCOPED_TRACE(::testing::Message() << std::hex << byte);
     const ZELK_HWInfo info =
-        InfoOf({.boardConfig = one.boardCode, .eeprom = Eeprom({{0x20, one.eeprom20}})});
-    EXPECT_EQ(TunerType(), one.tunerType) << std::hex << one.boardCode << " " << +one.eeprom20;
-    EXPECT_EQ(info.TvLowKHz, one.tvLow) << std::hex << one.boardCode;
-    EXPECT_EQ(info.TvHighKHz, one.tvHigh) << std::hex << one.boardCode;
+        InfoOf({.boardConfig = 0x40, .eeprom = Eeprom({{0x20, static_cast<std::uint8_t>(byte)}})});
+    const std::uint32_t type = TunerNamed(kTuners, byte, 48);
+    EXPECT_EQ(TunerType(), type);
+    ExpectTvLimits(info, kTvLimits, type);
   }
 }
 
