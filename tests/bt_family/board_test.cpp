@@ -1,5 +1,6 @@
 // What the EEPROM makes of the card.
 #include "tests/bt_family/noted_card.h"
+#include "tests/support/common_modules.h"
 
 namespace zelk::test {
 namespace {
@@ -9,68 +10,67 @@ using virtual_cards::EepromState;
 class BtBoard : public NotedCardTest {
  protected:
   void ExpectTuner(const CardSetUp& wanted, const EepromImage& image, std::uint32_t type,
-                   std::uint32_t fm, std::uint32_t tvLow, std::uint32_t tvHigh) {
+                   std::uint32_t fm) {
+    constexpr TvLimits kTvLimits[] = {{40, 40, 40000, 864000},
+                                      {42, 42, 55250, 801250},
+                                      {43, 43, 45250, 864250},
+                                      {45, 45, 45250, 864250}};
     const ZELK_HWInfo info = InfoOf(wanted, {.eeprom = image});
     EXPECT_EQ(TunerType(), type);
     EXPECT_EQ(info.FmTuner, fm);
-    EXPECT_EQ(info.TvLowKHz, tvLow);
-    EXPECT_EQ(info.TvHighKHz, tvHigh);
+    ExpectTvLimits(info, kTvLimits, type);
     EXPECT_EQ(info.FmLowKHz, type == 5 ? 76000u : 87500u);
     EXPECT_EQ(info.FmHighKHz, 108000u);
   }
 };
 
-// Combinations that name nothing, the last nine, keep the default.
-TEST_F(BtBoard, TunersOfBt878Boards) {
-  struct Case {
-    unsigned maker, fm, series, model, type, tvLow, tvHigh;
-  };
-  const Case cases[] = {{5, 0, 0, 0, 10, 91250, 765250},  {5, 0, 3, 15, 10, 91250, 765250},
-                        {5, 1, 1, 7, 11, 91250, 765250},  {2, 0, 2, 1, 0, 48250, 855250},
-                        {2, 1, 0, 15, 1, 48250, 855250},  {0, 0, 2, 1, 0, 48250, 855250},
-                        {0, 0, 2, 0, 4, 55250, 801250},   {0, 0, 2, 3, 6, 48250, 855250},
-                        {0, 0, 2, 2, 8, 48250, 855250},   {0, 1, 2, 0, 5, 55250, 801250},
-                        {0, 1, 2, 3, 7, 48250, 855250},   {0, 1, 2, 2, 9, 48250, 855250},
-                        {0, 0, 3, 10, 14, 48250, 863250}, {0, 0, 3, 0, 12, 55250, 801250},
-                        {0, 1, 3, 10, 15, 48250, 863250}, {0, 1, 3, 0, 13, 55250, 801250},
-                        {0, 0, 0, 13, 40, 40000, 864000}, {0, 0, 1, 10, 20, 48250, 863250},
-                        {0, 1, 1, 10, 21, 48250, 863250}, {7, 0, 0, 0, 42, 55250, 801250},
-                        {7, 0, 0, 9, 43, 45250, 864250},  {7, 1, 0, 0, 44, 55250, 801250},
-                        {7, 1, 0, 9, 45, 45250, 864250},  {5, 2, 0, 0, 4, 55250, 801250},
-                        {2, 3, 0, 0, 4, 55250, 801250},   {0, 0, 2, 4, 4, 55250, 801250},
-                        {0, 0, 3, 1, 4, 55250, 801250},   {0, 1, 0, 13, 4, 55250, 801250},
-                        {0, 0, 1, 9, 4, 55250, 801250},   {7, 0, 1, 0, 4, 55250, 801250},
-                        {7, 1, 0, 8, 4, 55250, 801250},   {1, 0, 2, 1, 4, 55250, 801250}};
-  for (const Case& one : cases) {
-    const auto tuner = static_cast<std::uint8_t>(one.maker | one.fm << 3 | one.series << 5);
-    const auto options = static_cast<std::uint8_t>(one.model << 4);
-    SCOPED_TRACE(::testing::Message() << std::hex << +tuner << " " << +options);
-    ExpectTuner(kBt878, MakeEeprom({{0x41, tuner}, {0x42, options}}), one.type, one.fm, one.tvLow,
-                one.tvHigh);
+// The module's maker, FM section, series and model, for the tuner types that there are.
+constexpr unsigned kAny = 0xFF;
+struct Module {
+  unsigned maker, fm, series, model;
+  std::uint32_t type;
+};
+constexpr Module kModules[] = {
+    {5, 0, kAny, kAny, 10}, {5, 1, kAny, kAny, 11}, {2, 0, kAny, kAny, 0}, {2, 1, kAny, kAny, 1},
+    {0, 0, 2, 1, 0},        {0, 0, 2, 0, 4},        {0, 0, 2, 3, 6},       {0, 0, 2, 2, 8},
+    {0, 1, 2, 1, 1},        {0, 1, 2, 0, 5},        {0, 1, 2, 3, 7},       {0, 1, 2, 2, 9},
+    {0, 0, 3, 10, 14},      {0, 0, 3, 0, 12},       {0, 1, 3, 10, 15},     {0, 1, 3, 0, 13},
+    {0, 0, 0, 13, 40},      {0, 0, 1, 10, 20},      {0, 1, 1, 10, 21},     {7, 0, 0, 0, 42},
+    {7, 0, 0, 9, 43},       {7, 1, 0, 0, 44},       {7, 1, 0, 9, 45}};
+
+// Combinations that name nothing keep the default; the first byte's highest bit means nothing.
+TEST_F(BtBoard, EveryTunerOfBt878Boards) {
+  for (unsigned combination = 0; combination < 0x1000; ++combination) {
+    const unsigned tuner = combination & 0xFF;
+    if (tuner == 0xFF) continue;  // blank
+    const unsigned model = combination >> 8;
+    const unsigned maker = tuner & 7, fm = tuner >> 3 & 3, series = tuner >> 5 & 3;
+    std::uint32_t type = 4;
+    for (const Module& row : kModules) {
+      if (row.maker == maker && row.fm == fm && (row.series == kAny || row.series == series) &&
+          (row.model == kAny || row.model == model)) {
+        type = row.type;
+      }
+    }
+    SCOPED_TRACE(::testing::Message() << std::hex << tuner << " " << model);
+    ExpectTuner(kBt878,
+                MakeEeprom({{0x41, static_cast<std::uint8_t>(tuner)},
+                            {0x42, static_cast<std::uint8_t>(model << 4 | 0xF)}}),
+                type, fm);
   }
 }
 
-// Bytes at both ends of each run of tuners; those that name nothing are type 4.
-TEST_F(BtBoard, TunersOfCx2388xBoards) {
-  struct Case {
-    std::uint8_t byte;
-    std::uint32_t type, tvLow, tvHigh;
-  };
-  const Case cases[] = {
-      {0x00, 0, 48250, 855250},  {0x03, 3, 48250, 855250},  {0x04, 4, 55250, 801250},
-      {0x05, 5, 55250, 801250},  {0x09, 9, 48250, 855250},  {0x0A, 14, 48250, 863250},
-      {0x0B, 15, 48250, 863250}, {0x0C, 10, 91250, 765250}, {0x0D, 11, 91250, 765250},
-      {0x0E, 16, 91250, 765250}, {0x0F, 17, 91250, 765250}, {0x10, 12, 55250, 801250},
-      {0x11, 13, 55250, 801250}, {0x12, 4, 55250, 801250},  {0x19, 4, 55250, 801250},
-      {0x1A, 20, 48250, 863250}, {0x1B, 21, 48250, 863250}, {0x1C, 4, 55250, 801250},
-      {0x20, 24, 91250, 765250}, {0x21, 4, 55250, 801250},  {0x7F, 4, 55250, 801250},
-      {0x80, 25, 48250, 855250}, {0x84, 29, 55250, 801250}, {0x85, 30, 55250, 801250},
-      {0x86, 4, 55250, 801250},  {0xFF, 4, 55250, 801250}};
-  for (const Case& one : cases) {
-    for (const CardSetUp& wanted : {kCx2388x, kCx2388xIo}) {
-      SCOPED_TRACE(::testing::Message() << wanted.name << std::hex << " " << +one.byte);
-      ExpectTuner(wanted, MakeEeprom({{6, one.byte}, {0x42, 0}}), one.type, one.type & 1, one.tvLow,
-                  one.tvHigh);
+// Bytes that name nothing are type 4.
+TEST_F(BtBoard, EveryTunerOfCx2388xBoards) {
+  constexpr TunerRun kTuners[] = {{0x00, 0x03, 0},  {0x05, 0x09, 5},  {0x0A, 0x0B, 14},
+                                  {0x0C, 0x0D, 10}, {0x0E, 0x0F, 16}, {0x10, 0x11, 12},
+                                  {0x1A, 0x1B, 20}, {0x20, 0x20, 24}, {0x80, 0x85, 25}};
+  for (const CardSetUp& wanted : {kCx2388x, kCx2388xIo}) {
+    for (std::uint32_t byte = 0; byte <= 0xFF; ++byte) {
+      SCOPED_TRACE(::testing::Message() << wanted.name << std::hex << " " << byte);
+      const std::uint32_t type = TunerNamed(kTuners, byte, 4);
+      ExpectTuner(wanted, MakeEeprom({{6, static_cast<std::uint8_t>(byte)}, {0x42, 0}}), type,
+                  type & 1);
     }
   }
 }
@@ -90,12 +90,13 @@ TEST_F(BtBoard, OptionsAndProducts) {
       EXPECT_EQ(info.BoardCode9, 0u);
     }
   }
-  for (const std::uint8_t product : {2, 3, 4, 5, 6, 7, 8, 9, 0xFF}) {
-    const ZELK_HWInfo info =
-        InfoOf(kBt878, {.eeprom = MakeEeprom({{0x41, 2}, {0x42, 0}, {0xFD, product}})});
+  for (unsigned product = 0; product <= 0xFF; ++product) {
+    const ZELK_HWInfo info = InfoOf(
+        kBt878,
+        {.eeprom = MakeEeprom({{0x41, 2}, {0x42, 0}, {0xFD, static_cast<std::uint8_t>(product)}})});
     const bool newer = product == 7 || product == 8;
-    EXPECT_EQ(info.BoardFlag5, newer || product == 3 || product == 4 ? 1u : 0u) << +product;
-    EXPECT_EQ(info.BoardCode6, newer ? 2u : 0xFFu) << +product;
+    EXPECT_EQ(info.BoardFlag5, newer || product == 3 || product == 4 ? 1u : 0u) << product;
+    EXPECT_EQ(info.BoardCode6, newer ? 2u : 0xFFu) << product;
   }
 }
 
