@@ -79,6 +79,8 @@ TEST_F(QuillonHwInit, EveryTunerCode) {
     EXPECT_EQ(info.BoardCode6, 1u);
     EXPECT_EQ(info.BoardCode9, 1u);
     EXPECT_EQ(ZELK_GetTunerType(nullptr), S_OK);
+    ZELK_FMInit();
+    EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr) == 1, expected.receiver);
   }
 }
 
@@ -112,11 +114,15 @@ TEST_F(QuillonHwInit, TheUsersCountryDecidesOnTheFmBand) {
 }
 
 TEST_F(QuillonHwInit, Names) {
-  for (const char* name :
-       {"Korvane Telmora Video Capture (QL2)", "Korvane Telmora Video Capture (P260)",
-        "Korvane Telmora Video Capture (P260, Philips FQ1236MK5 Tuner)",
-        "Korvane Telmora Video Capture (P260, Japan)",
-        "Korvane Telmora Video Capture (P260 with FM, NTSC)"}) {
+  const std::string stem = "Korvane Telmora Video Capture (";
+  for (const char* rest :
+       {"QL2)", "P260)", "P260, Philips FM1286MK2 Tuner)", "P260, Philips FI1236MK3 Tuner)",
+        "P260, Philips FM1216MK3 Tuner)", "P260, Philips FI1216MK3 Tuner)",
+        "P260, Philips FQ1236MK5 Tuner)", "P260, Philips FQ1216MK5 Tuner)",
+        "P260, Philips FM1216MK5 Tuner)", "P260, Philips FM1236MK5 Tuner)", "P260, Japan)",
+        "P260 with FM, Japan)", "P260, Europe)", "P260 with FM, Europe)", "P260, NTSC)",
+        "P260 with FM, NTSC)"}) {
+    const std::string name = stem + rest;
     Plug({.friendlyName = name});
     EXPECT_EQ(Init(), S_OK) << name;
     EXPECT_THAT(TakeLog(), ElementsAre(kNotReady, kNotReady)) << name;
