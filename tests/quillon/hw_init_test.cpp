@@ -1,7 +1,10 @@
 // Discovery: names, devices, the graph and what the board is found to be.
 #include <algorithm>
+#include <functional>
 
+#include "platform/com_object.h"
 #include "tests/quillon/quillon_test.h"
+#include "virtual_cards/cards/registration.h"
 
 namespace zelk::test {
 namespace {
@@ -154,20 +157,77 @@ TEST_F(QuillonHwInit, MissingDevices) {
   EXPECT_THAT(TakeLog(), ElementsAre(kNotReady, kNotReady));
 }
 
-TEST_F(QuillonHwInit, RefusedInterfaces) {
-  for (const std::string filter : {"capture", "encoder", "tuner"}) {
-    SCOPED_TRACE(filter);
-    for (const bool shown : {false, true}) {
-      if (shown) ShowGraph();
-      Plug({.friendlyName = kName});
-      card->Refuse(filter + " query IKsPropertySet", E_NOINTERFACE);
+// Stands in the place of a class that cannot be created.
+class NoFactory final : public ComObject<IUnknown> {};
+
+TEST_F(QuillonHwInit, SystemWithoutFilterGraphs) {
+  for (const CLSID& graph : {kClsidFilterGraph, kClsidCaptureGraphBuilder2}) {
+    Plug({.friendlyName = kName});
+    TakeLog();
+    {
+      const virtual_cards::ClassRegistration none(graph,
+                                                  ComPtr<IUnknown>::Adopt(new NoFactory).Get());
       EXPECT_EQ(Init(), E_FAIL);
-      EXPECT_EQ(TakeLog(),
-                filter == "capture" ? Lines{"Quillon: Build graph fail"} : Lines(2, kNotReady));
-      EXPECT_EQ(card->LiveReferences(), 0);
-      EXPECT_THAT(RunningObjects(), IsEmpty());
-      std::filesystem::remove("Telmora.ini");
+      EXPECT_THAT(TakeLog(), ElementsAre("Quillon: Get FGM fail"));
     }
+    EXPECT_EQ(Init(), S_OK);
+  }
+}
+
+// Acts when the card has heard a request.
+struct AtRequest final : virtual_cards::BusTrace {
+  AtRequest(std::string_view awaited, std::function<void()> act)
+      : request(awaited), then(std::move(act)) {}
+  void Line(std::string_view line) override {
+    if (line == request) then();
+  }
+  const std::string_view request;
+  const std::function<void()> then;
+};
+
+// Nothing is held after a refusal, and the same card is accepted once its cause has gone.
+TEST_F(QuillonHwInit, EachRequestRefused) {
+  const Lines begun(2, kNotReady);
+  const Lines built = {kNotReady, kNotReady, "Quillon: Build graph fail"};
+  struct Case {
+    const char* request;
+    HRESULT result;
+    Lines log;
+    const char* behind = "";  // the request from which on it is refused
+  };
+  const Case cases[] = {
+      {"capture query IBaseFilter", E_FAIL, {"Quillon: Build graph fail"}},
+      {"capture query IKsPropertySet", E_FAIL, {"Quillon: Build graph fail"}},
+      {"capture query-supported QL2_BOARD.106", S_OK, begun},
+      {"capture get QL2_BOARD.106", S_OK, begun},
+      {"tuner query IBaseFilter", E_FAIL, built},
+      {"encoder query IBaseFilter", E_FAIL, built},
+      {"tv-audio query IBaseFilter", S_OK, begun},
+      {"capture query IKsPropertySet", E_FAIL, begun, "tv-audio query IBaseFilter"},
+      {"encoder query IKsPropertySet", E_FAIL, begun},
+      {"tuner query IKsPropertySet", E_FAIL, begun},
+      {"capture query-supported QL2_BOARD.111", S_OK, begun},
+      {"capture set QL2_BOARD.111", S_OK, begun},
+      {"capture query-supported QL2_BOARD.112", S_OK, begun},
+      {"capture get QL2_BOARD.112", S_OK, begun},
+  };
+  ShowGraph();
+  for (const Case& one : cases) {
+    SCOPED_TRACE(std::string(one.request) + " " + one.behind);
+    Plug({.friendlyName = kName});
+    const auto refuse = [&] { card->Refuse(one.request, kRefused); };
+    AtRequest late(one.behind, refuse);
+    card->AttachTrace(&late);
+    if (!*one.behind) refuse();
+    TakeLog();
+    EXPECT_EQ(Init(), one.result);
+    EXPECT_EQ(TakeLog(), one.log);
+    card->AttachTrace(nullptr);
+    if (one.result == S_OK) continue;
+    EXPECT_EQ(card->LiveReferences(), 0);
+    EXPECT_THAT(RunningObjects(), IsEmpty());
+    card->ClearRefusals();
+    EXPECT_EQ(Init(), S_OK);
   }
 }
 
