@@ -31,10 +31,15 @@ TEST_F(CardLife, NamesAreComparedExactly) {
     EXPECT_EQ(ZELK_HWInit(capture.Get(), name, nullptr, 0), E_FAIL) << name;
     EXPECT_THAT(TakeLog(), ElementsAre(kNotOurs)) << name;
   }
-  for (const char* name : {"Grab7134 Capture", "Korvane, Telmora WDM Video Capture (7133/7135)",
-                           "Korvane, Telmora WDM Video Capture (7134)",
-                           "Unknown Boardconfiguration (EEPROM not programmed or missing)",
-                           "Korvane, Telmora WDM Video Capture (K22)"}) {
+  for (const char* name :
+       {"Grab7134 Capture", "Korvane, Telmora WDM Video Capture (7130)",
+        "Korvane, Telmora WDM Video Capture (7133/7135)",
+        "Korvane, Telmora WDM Video Capture (7133)", "Korvane, Telmora WDM Video Capture (7134)",
+        "Dravik Pelion (7130) WDM Video Capture", "Dravik Pelion (7134) WDM Video Capture",
+        "Unknown Boardconfiguration (EEPROM not programmed or missing)",
+        "ZElk Q44 WDM Video Capture", "HXA 218 WDM Video Capture", "HXA 219 WDM Video Capture",
+        "Korvane, Telmora WDM Video Capture (Silicon)", "Grab7134 Capture Device",
+        "Korvane, Telmora WDM Video Capture (K21)", "Korvane, Telmora WDM Video Capture (K22)"}) {
     EXPECT_EQ(ZELK_HWInit(capture.Get(), name, nullptr, 0), S_OK) << name;
   }
 }
