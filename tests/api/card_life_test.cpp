@@ -1,5 +1,7 @@
 // How a card is chosen, kept and freed, and what the exports add to the backend's answers.
 #include <cstring>
+#include <map>
+#include <sstream>
 
 #include "tests/support/card_test.h"
 
@@ -59,25 +61,41 @@ TEST_F(CardLife, SecondInitReleasesTheFirstCard) {
   EXPECT_EQ(type, 77u);
 }
 
+// By tuner type.
+constexpr char kTunerNames[] =
+    "FI1216MK2|FM1216MK2|FI1216MF|FM1216MF|FI1236MK2|FM1236MK2|FI1246MK2|FM1246MK2|FI1256MK2|"
+    "FM1256MK2|FI1286MK2|FM1286MK2|FI1236MK3|FM1236MK3|FI1216MEMK3|FM1216MEMK3|FI1286MK3|"
+    "FM1286MK3|FI1256MK3|FM1256MK3|FQ1216MEMK5|FM1216MEMK5|FQ1236MK5|FM1236MK5|VP2XSR|"
+    "TCL2002MI_3|TCL2002MI_3F|TCL2002MB_3|TCL2002MB_3F|TCL2002N_5|TCL2002N_5F|TNF_5831_MFI|"
+    "TNF_5831_MFF|TNF_9531_BDF|TNF_9531_BDFF|VP13 - 45.75MHz for USA|VP13 - 58.75MHz for Japan|"
+    "VP27 No SAP - 58.75MHz|Double Tuners (K38)|ALPS|Silicon|Silicon|TNF_5533_MF|TNF_9533_BDF|"
+    "TNF_5833_MFF|TNF_9833_BDFF|ALPS_TSEH1|ALPS_TSEZ1|ALPS_TSEJ1|PARTSNIC_NTSC|PARTSNIC_NTSC_J|"
+    "PARTSNIC_PAL";
+
 TEST_F(CardLife, TunerNames) {
-  for (const auto& [type, name] : {std::pair(0u, "FI1216MK2"),
-                                   {36, "VP13 - 58.75MHz for Japan"},
-                                   {41, "Silicon"},
-                                   {48, "ALPS_TSEJ1"}}) {
-    PlugTuner(type);
-    ASSERT_EQ(Init(), S_OK);
-    char buffer[64];
+  // The codes of those that MPEG-encoder cards alone carry. No card has type 39.
+  const std::map<int, int> codes = {{22, 24}, {23, 25}, {49, 52}, {50, 48}, {51, 50}};
+  char buffer[64];
+  std::istringstream names(kTunerNames);
+  std::string name;
+  for (int type = 0; std::getline(names, name, '|'); ++type) {
+    if (type == 39) continue;
+    Unplug();
+    plugged = virtual_cards::CreateCard(codes.contains(type)
+                                            ? "ql2,tuner=" + std::to_string(codes.at(type))
+                                            : "saa7134,tuner=" + std::to_string(type),
+                                        {});
+    ASSERT_EQ(Init(), S_OK) << type;
     std::memset(buffer, 'x', sizeof(buffer));
     EXPECT_EQ(ZELK_GetTunerName(buffer, sizeof(buffer)), S_OK);
-    EXPECT_EQ(std::string(buffer, 64),
-              std::string(name) + std::string(64 - std::strlen(name), '\0'));
+    name.resize(sizeof(buffer));
+    EXPECT_EQ(std::string(buffer, sizeof(buffer)), name) << type;
   }
   // Size 0 zeroes nothing and the name is copied all the same.
-  char buffer[32];
   std::memset(buffer, 'x', sizeof(buffer));
   EXPECT_EQ(ZELK_GetTunerName(buffer, 0), S_OK);
-  EXPECT_STREQ(buffer, "ALPS_TSEJ1");
-  EXPECT_EQ(buffer[11], 'x');
+  EXPECT_STREQ(buffer, "PARTSNIC_PAL");
+  EXPECT_EQ(buffer[13], 'x');
 }
 
 TEST_F(CardLife, ExportsOfOtherFamiliesAnswerAsWithoutACard) {
