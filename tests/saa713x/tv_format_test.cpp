@@ -121,19 +121,34 @@ TEST_F(TvFormat, SameCountryAgainIsNotTunedAgain) {
   EXPECT_THAT(TakeTrace(), Contains("capture set VAMP_TUNE.3 00000001 00000031 00000010 00000001"));
 }
 
-TEST_F(TvFormat, CountrySubstitutes) {
-  struct Case {
-    std::uint32_t standard;
-    std::uint32_t country;
-    const char* whenChoosing;
+// What is named in place of a country, when the format is chosen and while tuning.
+struct CountryCase {
+  std::uint32_t standard, country, chosen, tuned;
+  std::uint32_t ownStandard;  // taken over from the decoder where there was a substitute
+};
+
+std::vector<CountryCase> CountryCases() {
+  struct Row {
+    std::uint32_t country, chosenForB, chosenForD, tunedForB, tunedForD, ownStandard;
   };
-  const Case cases[] = {{AnalogVideo_PAL_D, 7, "86"},    {AnalogVideo_PAL_D, 48, "86"},
-                        {AnalogVideo_PAL_D, 36, "86"},   {AnalogVideo_PAL_D, 33, "33"},
-                        {AnalogVideo_PAL_B, 33, "52"},   {AnalogVideo_PAL_B, 36, "52"},
-                        {AnalogVideo_PAL_B, 370, "52"},  {AnalogVideo_PAL_B, 420, "49"},
-                        {AnalogVideo_PAL_B, 4201, "49"}, {AnalogVideo_PAL_B, 359, "49"},
-                        {AnalogVideo_PAL_B, 7, "7"},     {AnalogVideo_PAL_B, 44, "44"},
-                        {AnalogVideo_SECAM_D, 7, "7"}};
+  constexpr Row kRows[] = {
+      {7, 7, 86, 7, 86, AnalogVideo_SECAM_D},     {33, 52, 33, 52, 33, AnalogVideo_SECAM_L},
+      {36, 52, 86, 52, 86, AnalogVideo_PAL_D},    {48, 48, 86, 52, 48, AnalogVideo_PAL_D},
+      {359, 49, 359, 49, 359, AnalogVideo_PAL_D}, {370, 52, 370, 52, 370, AnalogVideo_PAL_D},
+      {420, 49, 420, 49, 420, AnalogVideo_PAL_D}, {4201, 49, 4201, 49, 4201, AnalogVideo_PAL_D},
+      {44, 44, 44, 44, 44, AnalogVideo_PAL_I}};
+  std::vector<CountryCase> cases;
+  for (const Row& row : kRows) {
+    cases.push_back(
+        {AnalogVideo_PAL_B, row.country, row.chosenForB, row.tunedForB, row.ownStandard});
+    cases.push_back(
+        {AnalogVideo_PAL_D, row.country, row.chosenForD, row.tunedForD, row.ownStandard});
+    cases.push_back({AnalogVideo_SECAM_D, row.country, row.country, row.country, row.ownStandard});
+  }
+  return cases;
+}
+
+TEST_F(TvFormat, CountrySubstitutes) {
   const Saa713xOptions boards[] = {
       {.tunerType = 40},
       {.tunerType = 41},
@@ -141,13 +156,18 @@ TEST_F(TvFormat, CountrySubstitutes) {
       {.tunerType = 1, .chipId = 0x7130, .boardConfig = 0x0801},  // option code 4
   };
   for (const Saa713xOptions& board : boards) {
-    for (const Case& one : cases) {
+    for (const CountryCase& one : CountryCases()) {
       Plug(board);
       ASSERT_EQ(Init(), S_OK);
       ZELK_TVInit();
       TakeTrace();
       EXPECT_EQ(ZELK_put_TVFormat(one.standard, one.country), S_OK);
-      EXPECT_EQ(Countries().front(), one.whenChoosing)
+      Lines named = {std::to_string(one.chosen)};
+      // The silicon tuners' driver tunes as well. A substitute has none of its own.
+      if (board.tunerType != 1) {
+        named.push_back(std::to_string(one.chosen == one.country ? one.tuned : one.chosen));
+      }
+      EXPECT_EQ(Countries(), named)
           << board.tunerType << " " << std::hex << one.standard << " " << std::dec << one.country;
       EXPECT_EQ(TakeLog(), Lines(one.country == 44 ? 0 : 1,
                                  "SAA713x SetTVFormat(): Multi-video-get interface."));
@@ -161,35 +181,39 @@ TEST_F(TvFormat, CountrySubstitutes) {
   EXPECT_THAT(TakeLog(), IsEmpty());
 }
 
-TEST_F(TvFormat, TuningKnowsCountry48Differently) {
-  PlugTv(40);
-  // No substitute while the format is chosen, so that country 48 stays; tuning then replaces it
-  // by 52.
-  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 48), S_OK);
-  TakeTrace();
-  EXPECT_EQ(ZELK_SetFreq(182250, nullptr), S_OK);
-  EXPECT_THAT(Countries(), ElementsAre("52"));
-  // Country 86 took the place of 48 with PAL D; it is not one with several standards.
-  PlugTv(40);
-  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_D, 48), S_OK);
-  TakeTrace();
-  EXPECT_EQ(ZELK_SetFreq(182250, nullptr), S_OK);
-  EXPECT_THAT(Countries(), ElementsAre("86"));
-}
-
-TEST_F(TvFormat, DecoderStandardIsTakenOverInACountryWithSeveral) {
-  PlugTv(40);
-  ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 48), S_OK);
-  card->SetDetectedStandard(AnalogVideo_PAL_D);
-  TakeTrace();
-  EXPECT_EQ(ZELK_SetFreq(182250, nullptr), S_OK);
-  EXPECT_THAT(TakeTrace(),
-              IsSupersetOf({"capture set VAMP_TUNE.3 00000001 00000034 00000010 00000001",
-                            "capture set VAMP_TUNE.3 00000002 00000034 00000020 00000002",
-                            "capture set VIDEODECODER.1 00000020"}));
-  // PAL D has no substitute for 48 in tuning: the country itself is named from now on.
-  EXPECT_EQ(ZELK_SetFreq(189250, nullptr), S_OK);
-  EXPECT_THAT(Countries(), ElementsAre("48"));
+// A board that does not tell its chip has no substitutes, so that a country and a standard meet
+// that choosing the format would have parted.
+TEST_F(TvFormat, CountrySubstitutesWhileTuning) {
+  const auto notification = [](int phase, std::uint32_t country, std::uint32_t standard) {
+    char line[80];
+    std::snprintf(line, sizeof(line), "capture set VAMP_TUNE.3 %08X %08X %08X %08X", phase, country,
+                  standard, phase);
+    return std::string(line);
+  };
+  for (const CountryCase& one : CountryCases()) {
+    for (const std::uint32_t detected : {one.ownStandard, std::uint32_t{AnalogVideo_PAL_N}}) {
+      Plug({.tunerType = 1, .chipId = 0x7130, .boardConfig = 0x0601});
+      card->SetDetectedStandard(detected);
+      Saa713xDevice device;
+      const auto init = [&] {
+        device.HWInit(card->CaptureFilter().Get(), card->FriendlyName().c_str(),
+                      card->TunerFilter().Get(), 0);
+        device.InitialTV();
+      };
+      card->Refuse("vamp chip-id", E_FAIL);
+      init();
+      device.SetTVFormat(one.standard, one.country);
+      card->ClearRefusals();
+      init();
+      TakeTrace();
+      EXPECT_EQ(device.SetTVFreq(182250), S_OK);
+      const bool follows = one.tuned != one.country && detected == one.ownStandard;
+      EXPECT_THAT(TakeTrace(),
+                  IsSupersetOf({notification(1, one.tuned, one.standard),
+                                notification(2, one.tuned, follows ? detected : one.standard)}))
+          << one.country;
+    }
+  }
 }
 
 TEST_F(TvFormat, NotificationsOnlyForANewFrequencyOrCountry) {
