@@ -220,7 +220,8 @@ TEST_F(Fm, AudioMode) {
   EXPECT_THAT(TakeLog(), Contains("SAA713x I2CWriteDWord() fail"));
 }
 
-TEST_F(Fm, SiliconTuners) {
+// In its order: gate, input filter, image, charge pump, gate.
+TEST_F(Fm, TuningTheTda8275a) {
   PlugFmTuner(41);
   const auto before = host::SleptMilliseconds();
   EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr), 1);
@@ -233,18 +234,41 @@ TEST_F(Fm, SiliconTuners) {
                           "i2c write C2: 80 28", "i2c write C2: 30 14", "i2c write C2: 30 10",
                           "i2c write C2: 80 28", "i2c write 96: 21 80"));
   EXPECT_NEAR(card->TunedKHz(), 98000, 31.25);
+}
 
-  PlugFmTuner(40);
-  EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr), 1);
-  const Lines lines = OnlyTransfers();
-  ASSERT_GT(lines.size(), 10u);
-  EXPECT_TRUE(lines[0].starts_with("i2c read 96[01]")) << lines[0];
-  // The mode register, 0 on this chip, with bit 7.
-  EXPECT_EQ(Lines(lines.begin() + 1, lines.begin() + 6),
-            (Lines{"i2c write 96: 01 80", "i2c write 96: 0F 88", "i2c write 96: 28 14",
-                   "i2c write 96: 05 04", "i2c write 96: 0D 47"}));
-  EXPECT_THAT(lines, Contains("i2c write C2: 00 31 CC 40 52 D9 9F BF 2A 04 FF 00 00 40"));
-  EXPECT_EQ(lines.back(), "i2c write 96: 0F 81");
+// The divider and the band's two registers at both ends of every band in which there is FM,
+// Eastern Europe's included. The oscillator runs 1.6 MHz above the station; the divider counts
+// 1/32 MHz of it, in the TDA8275's last band 1/16, and is written four times as large.
+TEST_F(Fm, EveryBandOfTheSiliconTuners) {
+  struct Station {
+    std::uint32_t frequency;
+    const char *divider, *band;
+  };
+  const std::vector<Station> tda8275 = {
+      {62000, "1F CC", "F8 BF"},  {64400, "21 00", "F8 BF"}, {64401, "21 00", "C8 BF"},
+      {74400, "26 00", "C8 BF"},  {74401, "26 00", "D0 BF"}, {82400, "2A 00", "D0 BF"},
+      {82401, "2A 00", "D0 9F"},  {91400, "2E 80", "D0 9F"}, {91401, "2E 80", "D8 9F"},
+      {96400, "31 00", "D8 9F"},  {96401, "31 00", "D9 9F"}, {107400, "36 80", "D9 9F"},
+      {107401, "1B 40", "B1 9F"}, {108000, "1B 64", "B1 9F"}};
+  const std::vector<Station> tda8275a = {{62000, "1F CC", "60 BB"}, {65650, "21 A0", "60 BB"},
+                                         {65651, "21 A0", "68 BB"}, {79650, "28 A0", "68 BB"},
+                                         {79651, "28 A0", "70 BB"}, {95900, "30 C0", "70 BB"},
+                                         {95901, "30 C0", "79 9B"}, {108000, "36 CC", "79 9B"}};
+  for (const std::uint32_t type : {40u, 41u}) {
+    PlugTuner(type);
+    ASSERT_EQ(Init(1), S_OK);
+    ZELK_FMInit();
+    const char* const between = type == 40 ? " 40 52 " : " 00 10 ";
+    const char* const behind = type == 40 ? " BF 2A 04 FF 00 00 40" : " 38 0A 28 FF 40 00 39";
+    for (const Station& one : type == 40 ? tda8275 : tda8275a) {
+      TakeTrace();
+      EXPECT_EQ(ZELK_FMSetFreq(one.frequency, nullptr), 1);
+      EXPECT_THAT(TakeWrites("C2"),
+                  Contains(std::string("00 ") + one.divider + between + one.band + behind))
+          << type << " " << one.frequency;
+      EXPECT_NEAR(card->TunedKHz(), one.frequency, 62.5);
+    }
+  }
 }
 
 TEST_F(Fm, BandAndModeAreChecked) {
