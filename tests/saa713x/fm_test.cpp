@@ -1,4 +1,5 @@
 // FM radio: the bytes for each kind of tuner, and what its readings mean.
+#include <algorithm>
 #include <map>
 
 #include "platform/control.h"
@@ -12,6 +13,7 @@ namespace {
 using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::IsSupersetOf;
 using virtual_cards::Saa713xOptions;
 using Lines = std::vector<std::string>;
 
@@ -267,6 +269,47 @@ TEST_F(Fm, EveryBandOfTheSiliconTuners) {
                   Contains(std::string("00 ") + one.divider + between + one.band + behind))
           << type << " " << one.frequency;
       EXPECT_NEAR(card->TunedKHz(), one.frequency, 62.5);
+    }
+  }
+}
+
+// In four of its modes the demodulator's gain control is set up otherwise, and started anew where
+// the level is above 20 or the AFC shows no lock.
+TEST_F(Fm, TuningTheTda8275) {
+  ToldChip demodulator;
+  ToldChip tuner;
+  PlugFmTuner(40);
+  card->FitChip(0x96, &demodulator);
+  card->FitChip(0xC2, &tuner);
+  const auto tune = [&](unsigned mode, unsigned level, unsigned afc, std::uint8_t control) {
+    demodulator.answers = {{static_cast<std::uint8_t>(mode)},
+                           {static_cast<std::uint8_t>(level), static_cast<std::uint8_t>(afc)},
+                           {control}};
+    EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr), 1);
+    return OnlyTransfers();
+  };
+  EXPECT_THAT(
+      tune(0x20, 21, 0x80, 0x55),
+      ElementsAre("i2c read 96[01] -> 20", "i2c write 96: 01 A0", "i2c write 96: 0F 88",
+                  "i2c write 96: 28 14", "i2c write 96: 05 02", "i2c write 96: 0D 47",
+                  "i2c write 96: 21 C0", "i2c write C2: 00 31 CC 40 52 D9 9F BF 2A 04 FF 00 00 40",
+                  "i2c write C2: 60 3F", "i2c write 96: 21 80", "i2c read 96[1A] -> 15 80",
+                  "i2c read 96[0E] -> 55", "i2c write 96: 0E 57", "i2c write 96: 0E 55",
+                  "i2c write 96: 0F 81"));
+  // Bit 1 of the control register is set, then cleared.
+  EXPECT_THAT(tune(0x20, 0, 0, 0xFF), IsSupersetOf({"i2c write 96: 0E FF", "i2c write 96: 0E FD"}));
+  const auto restarted = [](const Lines& lines) {
+    return std::find(lines.begin(), lines.end(), "i2c write 96: 0E 57") != lines.end();
+  };
+  for (unsigned mode = 0; mode <= 0xFF; ++mode) {
+    const bool watched = mode == 0x20 || mode == 0x40 || mode == 0xA0 || mode == 0xC0;
+    for (const unsigned level : {0u, 20u, 21u, 0xFFu}) {
+      for (const unsigned afc : {0x7Fu, 0x80u}) {
+        const Lines lines = tune(mode, level, afc, 0x55);
+        EXPECT_EQ(lines[4], watched ? "i2c write 96: 05 02" : "i2c write 96: 05 04") << mode;
+        EXPECT_EQ(restarted(lines), watched && (level > 20 || afc < 0x80))
+            << mode << " " << level << " " << afc;
+      }
     }
   }
 }
