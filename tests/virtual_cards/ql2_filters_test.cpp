@@ -1,5 +1,7 @@
 // The QL2 card's devices as members of a filter graph: where they are found, their pins, the format
 // of pin "656", and who holds whom.
+#include <cstring>
+
 #include "platform/com_object.h"
 #include "plugged_ql2.h"
 
@@ -207,8 +209,16 @@ TEST_F(Ql2FiltersTest, FormatsOfTheVideoPin) {
                                testing::Contains("capture pin 656 info")));
     OwnedType after;
     ASSERT_EQ(stream->GetFormat(&after.type), S_OK);
-    EXPECT_EQ(PictureIn(*after.type).biWidth, 352);
-    EXPECT_EQ(PictureIn(*after.type).biSizeImage, 352U * 288 * 2);
+    const BITMAPINFOHEADER& made = PictureIn(*after.type);
+    EXPECT_EQ(made.biWidth, 352);
+    EXPECT_EQ(made.biPlanes, 1);
+    EXPECT_EQ(made.biBitCount, 16);
+    EXPECT_EQ(std::memcmp(&made.biCompression, "UYVY", 4), 0);
+    EXPECT_EQ(made.biSizeImage, 352U * 288 * 2);
+    // Both records begin alike.
+    const auto& header = *reinterpret_cast<const VIDEOINFOHEADER*>(after.type->pbFormat);
+    EXPECT_EQ(header.dwBitRate, made.biSizeImage * 8 * 25);
+    EXPECT_EQ(header.AvgTimePerFrame, 400000) << "25 pictures a second";
 
     for (const auto& [width, height] :
          {std::pair{736, 576}, {720, 584}, {721, 576}, {720, 574}, {0, 576}, {720, -576}})
