@@ -97,17 +97,5 @@ TEST_F(Cx2388xTest, DemodulatorIsSetUpAtTheStart) {
   }
 }
 
-TEST_F(Cx2388xTest, DriverSetsTheDemodulatorUpForRadio) {
-  Plug({.tunerType = 13, .tunerFilter = true}, FmAirWith(98000));
-  const Cx2388xClient on(*card_);
-  HRESULT code = S_OK;
-  on.SetUp(kHardware);
-  EXPECT_EQ(on.tvTuner->put_Mode(AMTUNER_MODE_FM_RADIO), S_OK);
-  EXPECT_EQ(on.Tune(98000000, 886), S_OK);
-  Sleep(60);
-  EXPECT_EQ(on.Read(0x86, code) & 0xBE, 0xA0) << "found, and in the middle of it";
-  EXPECT_EQ(on.Tune(50000000, 886), E_INVALIDARG);
-}
-
 }  // namespace
 }  // namespace zelk::virtual_cards

@@ -33,30 +33,6 @@ TEST_F(Ql2CardTest, StatusBesideTheCarrier) {
   EXPECT_EQ(on.Status().SignalStrength, 0U);
 }
 
-TEST_F(Ql2CardTest, ReadingsNeedTheirTime) {
-  PlugTuner(11, AirWith(kTunedKHz));
-  Ql2Interfaces on(*card_);
-  KSPROPERTY_TUNER_STATUS_S status{};
-  const auto ask = [&] {
-    GetProperty(on.tuner.Get(), kPropsetTuner, KSPROPERTY_TUNER_STATUS, status);
-    return status.SignalStrength;
-  };
-  on.Tune(kTunedKHz);
-  Sleep(49);
-  EXPECT_EQ(ask(), 0U);
-  EXPECT_EQ(status.Busy, 1U);
-  Sleep(1);
-  EXPECT_EQ(ask(), 100U);
-  EXPECT_EQ(status.Busy, 0U);
-  Sleep(9);
-  EXPECT_FALSE(on.Locked());
-  Sleep(1);
-  EXPECT_TRUE(on.Locked());
-  on.Tune(kTunedKHz);
-  EXPECT_EQ(ask(), 0U);
-  EXPECT_FALSE(on.Locked());
-}
-
 // The country chooses the transmission system, and with it modulation and IF.
 TEST_F(Ql2CardTest, CountryMustSuitTheCarrier) {
   const std::tuple<LONG, double, LONG, bool> cases[] = {

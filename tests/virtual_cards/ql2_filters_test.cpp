@@ -165,28 +165,6 @@ TEST_F(Ql2FiltersTest, PinsOfEachFilter) {
   }
 }
 
-TEST_F(Ql2FiltersTest, EnumeratorOfPins) {
-  Plug({});
-  ComPtr<IEnumPins> pins, clone;
-  ASSERT_EQ(Filter(kCapture)->EnumPins(pins.Receive()), S_OK);
-  IPin* several[5] = {};
-  ULONG fetched = 0;
-  EXPECT_EQ(pins->Next(5, several, &fetched), S_FALSE);
-  EXPECT_EQ(fetched, 3U);
-  for (IPin* pin : several) ComPtr<IPin>::Adopt(pin);
-  EXPECT_EQ(pins->Reset(), S_OK);
-  EXPECT_EQ(pins->Skip(2), S_OK);
-  EXPECT_EQ(pins->Clone(clone.Receive()), S_OK);
-  ComPtr<IPin> pin, same;
-  EXPECT_EQ(pins->Next(1, pin.Receive(), nullptr), S_OK);
-  EXPECT_EQ(clone->Next(1, same.Receive(), nullptr), S_OK);
-  EXPECT_EQ(pin.Get(), same.Get());
-  EXPECT_EQ(pins->Skip(1), S_FALSE);
-  card_->Refuse("capture enum-pins", E_FAIL);
-  EXPECT_EQ(Filter(kCapture)->EnumPins(pins.Receive()), E_FAIL);
-  EXPECT_FALSE(pins);
-}
-
 TEST_F(Ql2FiltersTest, FormatsOfTheVideoPin) {
   for (const bool videoInfo2 : {false, true}) {
     Plug({.videoInfo2 = videoInfo2});

@@ -140,28 +140,5 @@ TEST_F(Ql2RequestsTest, TraceOfRequests) {
                           "capture horizontal-locked -> 1"));
 }
 
-TEST_F(Ql2RequestsTest, RefusalsReachNothing) {
-  Plug({});
-  Ql2Interfaces on(*card_);
-  for (const char* request :
-       {"i2c write 34", "capture set QL2_BOARD.106", "encoder set QL2_ENCODER.9",
-        "tuner set TUNER.4", "tuner query IBaseFilter"})
-    card_->Refuse(request, E_OUTOFMEMORY);
-  ULONG words[8] = {0, 0, 0, 0, 0, 0, 1, 0};
-  ComPtr<IBaseFilter> filter;
-  EXPECT_FALSE(on.Write(0x34, {0x00, 0x1F}));
-  EXPECT_EQ(SetProperty(on.capture.Get(), kBoardSet, 106, words), E_OUTOFMEMORY);
-  EXPECT_EQ(SetProperty(on.encoder.Get(), kEncoderSet, 9, words[0]), E_OUTOFMEMORY);
-  EXPECT_EQ(on.Tune(175250), E_OUTOFMEMORY);
-  EXPECT_EQ(Query(card_->TunerFilter().Get(), filter), E_OUTOFMEMORY);
-  EXPECT_EQ(card_->AdcRegister(0), 0);
-  EXPECT_EQ(card_->Lock(0), 0U);
-  EXPECT_EQ(card_->EncoderValue(9), 14U);
-  EXPECT_EQ(card_->TunedKHz(), 0);
-  card_->ClearRefusals();
-  EXPECT_TRUE(on.Write(0x34, {0x00, 0x1F}));
-  EXPECT_EQ(card_->AdcRegister(0), 0x1F);
-}
-
 }  // namespace
 }  // namespace zelk::virtual_cards
