@@ -65,12 +65,8 @@ TEST_F(Pll, EveryModuleAroundItsBandLimits) {
 
 TEST_F(Pll, DividerIsTruncated) {
   PlugTv(0);
-  // (169999 + 38900) * 16 / 1000 = 3342.384
-  EXPECT_EQ(LastWritten(169999), "0D 0E CE A0");
-  EXPECT_EQ(LastWritten(175250), "0D 62 CE 90");
-  PlugTv(29);
-  // 3536 = 0x0DD0, with bit 1.
-  EXPECT_EQ(LastWritten(175250), "0D D2 8E 02");
+  // (175281 + 38900) * 16 / 1000 = 3426.896
+  EXPECT_EQ(LastWritten(175281), "0D 62 CE 90");
 }
 
 TEST_F(Pll, AlpsLowBandHasAnExceptionAt83250) {
