@@ -148,6 +148,8 @@ TEST_F(QuillonMpeg, APinWithTheExtendedHeaderKeepsItsSize) {
 TEST_F(QuillonMpeg, RefusedWrites) {
   // Behind the format its result counts.
   for (const auto& [request, accepted] : {std::pair("encoder set QL2_ENCODER.9", false),
+                                          {"capture enum-pins", false},
+                                          {"capture pin 656 info", false},
                                           {"capture pin 656 query IAMStreamConfig", false},
                                           {"capture pin 656 get-format", false},
                                           {"encoder set QL2_ENCODER.5", true},
@@ -180,8 +182,8 @@ TEST_F(QuillonMpeg, RefusedReads) {
   for (const std::string request :
        {"encoder get QL2_ENCODER.5", "encoder get QL2_ENCODER.7", "encoder get QL2_ENCODER.8",
         "encoder get QL2_ENCODER.1", "encoder get QL2_ENCODER.2", "encoder get QL2_ENCODER.3",
-        "encoder get QL2_ENCODER.9", "capture pin 656 query IAMStreamConfig",
-        "capture pin 656 get-format"}) {
+        "encoder get QL2_ENCODER.9", "capture enum-pins", "capture pin 656 info",
+        "capture pin 656 query IAMStreamConfig", "capture pin 656 get-format"}) {
     PlugReady();
     ZELK_SetMPEGParam(kOrdinary);
     card->Refuse(request, kRefused);
