@@ -1,5 +1,7 @@
 // Discovery: names, devices, the graph and what the board is found to be.
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <functional>
 
 #include "platform/com_object.h"
@@ -68,19 +70,12 @@ TEST_F(QuillonHwInit, EveryTunerCode) {
       if (row.code == (code & 0xFF)) expected = row;
     }
     const ZELK_HWInfo info = InfoOf({.tunerCode = code, .friendlyName = kName});
+    const std::array<std::uint32_t, 10> record = {
+        expected.fm, 0, 0, 87500, 108000, 1, 1, expected.low, expected.high, 1};
+    EXPECT_EQ((std::bit_cast<std::array<std::uint32_t, 10>>(info)), record);
     std::uint32_t type = 0;
     EXPECT_EQ(ZELK_GetTunerType(&type), S_OK);
     EXPECT_EQ(type, expected.type);
-    EXPECT_EQ(info.TvLowKHz, expected.low);
-    EXPECT_EQ(info.TvHighKHz, expected.high);
-    EXPECT_EQ(info.FmTuner, expected.fm);
-    EXPECT_EQ(info.FmLowKHz, 87500u);
-    EXPECT_EQ(info.FmHighKHz, 108000u);
-    EXPECT_EQ(info.BoardOptionCode, 0u);
-    EXPECT_EQ(info.BoardOptionBit, 0u);
-    EXPECT_EQ(info.BoardFlag5, 1u);
-    EXPECT_EQ(info.BoardCode6, 1u);
-    EXPECT_EQ(info.BoardCode9, 1u);
     EXPECT_EQ(ZELK_GetTunerType(nullptr), S_OK);
     ZELK_FMInit();
     EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr) == 1, expected.receiver);
