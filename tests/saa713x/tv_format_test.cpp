@@ -121,32 +121,25 @@ TEST_F(TvFormat, SameCountryAgainIsNotTunedAgain) {
   EXPECT_THAT(TakeTrace(), Contains("capture set VAMP_TUNE.3 00000001 00000031 00000010 00000001"));
 }
 
-// What is named in place of a country, when the format is chosen and while tuning.
-struct CountryCase {
-  std::uint32_t standard, country, chosen, tuned;
+constexpr std::uint32_t kStandards[] = {AnalogVideo_PAL_B, AnalogVideo_PAL_D, AnalogVideo_SECAM_D};
+
+// What is named in place of a country with each of these, when the format is chosen and while
+// tuning.
+struct Country {
+  std::uint32_t code, chosen[3], tuned[3];
   std::uint32_t ownStandard;  // taken over from the decoder where there was a substitute
 };
-
-std::vector<CountryCase> CountryCases() {
-  struct Row {
-    std::uint32_t country, chosenForB, chosenForD, tunedForB, tunedForD, ownStandard;
-  };
-  constexpr Row kRows[] = {
-      {7, 7, 86, 7, 86, AnalogVideo_SECAM_D},     {33, 52, 33, 52, 33, AnalogVideo_SECAM_L},
-      {36, 52, 86, 52, 86, AnalogVideo_PAL_D},    {48, 48, 86, 52, 48, AnalogVideo_PAL_D},
-      {359, 49, 359, 49, 359, AnalogVideo_PAL_D}, {370, 52, 370, 52, 370, AnalogVideo_PAL_D},
-      {420, 49, 420, 49, 420, AnalogVideo_PAL_D}, {4201, 49, 4201, 49, 4201, AnalogVideo_PAL_D},
-      {44, 44, 44, 44, 44, AnalogVideo_PAL_I}};
-  std::vector<CountryCase> cases;
-  for (const Row& row : kRows) {
-    cases.push_back(
-        {AnalogVideo_PAL_B, row.country, row.chosenForB, row.tunedForB, row.ownStandard});
-    cases.push_back(
-        {AnalogVideo_PAL_D, row.country, row.chosenForD, row.tunedForD, row.ownStandard});
-    cases.push_back({AnalogVideo_SECAM_D, row.country, row.country, row.country, row.ownStandard});
-  }
-  return cases;
-}
+constexpr Country kCountries[] = {
+    {7, {7, 86, 7}, {7, 86, 7}, AnalogVideo_SECAM_D},
+    {33, {52, 33, 33}, {52, 33, 33}, AnalogVideo_SECAM_L},
+    {36, {52, 86, 36}, {52, 86, 36}, AnalogVideo_PAL_D},
+    {48, {48, 86, 48}, {52, 48, 48}, AnalogVideo_PAL_D},
+    {359, {49, 359, 359}, {49, 359, 359}, AnalogVideo_PAL_D},
+    {370, {52, 370, 370}, {52, 370, 370}, AnalogVideo_PAL_D},
+    {420, {49, 420, 420}, {49, 420, 420}, AnalogVideo_PAL_D},
+    {4201, {49, 4201, 4201}, {49, 4201, 4201}, AnalogVideo_PAL_D},
+    {44, {44, 44, 44}, {44, 44, 44}, AnalogVideo_PAL_I},
+};
 
 TEST_F(TvFormat, CountrySubstitutes) {
   const Saa713xOptions boards[] = {
@@ -156,21 +149,23 @@ TEST_F(TvFormat, CountrySubstitutes) {
       {.tunerType = 1, .chipId = 0x7130, .boardConfig = 0x0801},  // option code 4
   };
   for (const Saa713xOptions& board : boards) {
-    for (const CountryCase& one : CountryCases()) {
-      Plug(board);
-      ASSERT_EQ(Init(), S_OK);
-      ZELK_TVInit();
-      TakeTrace();
-      EXPECT_EQ(ZELK_put_TVFormat(one.standard, one.country), S_OK);
-      Lines named = {std::to_string(one.chosen)};
-      // The silicon tuners' driver tunes as well. A substitute has none of its own.
-      if (board.tunerType != 1) {
-        named.push_back(std::to_string(one.chosen == one.country ? one.tuned : one.chosen));
+    for (const Country& country : kCountries) {
+      for (const int i : {0, 1, 2}) {
+        Plug(board);
+        ASSERT_EQ(Init(), S_OK);
+        ZELK_TVInit();
+        TakeTrace();
+        EXPECT_EQ(ZELK_put_TVFormat(kStandards[i], country.code), S_OK);
+        const std::uint32_t chosen = country.chosen[i];
+        Lines named = {std::to_string(chosen)};
+        // The silicon tuners' driver tunes as well. A substitute has none of its own.
+        if (board.tunerType != 1) {
+          named.push_back(std::to_string(chosen == country.code ? country.tuned[i] : chosen));
+        }
+        EXPECT_EQ(Countries(), named) << board.tunerType << " " << country.code << " " << i;
+        EXPECT_EQ(TakeLog(), Lines(country.code == 44 ? 0 : 1,
+                                   "SAA713x SetTVFormat(): Multi-video-get interface."));
       }
-      EXPECT_EQ(Countries(), named)
-          << board.tunerType << " " << std::hex << one.standard << " " << std::dec << one.country;
-      EXPECT_EQ(TakeLog(), Lines(one.country == 44 ? 0 : 1,
-                                 "SAA713x SetTVFormat(): Multi-video-get interface."));
     }
   }
   // Other boards leave the country alone.
@@ -190,28 +185,31 @@ TEST_F(TvFormat, CountrySubstitutesWhileTuning) {
                   standard, phase);
     return std::string(line);
   };
-  for (const CountryCase& one : CountryCases()) {
-    for (const std::uint32_t detected : {one.ownStandard, std::uint32_t{AnalogVideo_PAL_N}}) {
-      Plug({.tunerType = 1, .chipId = 0x7130, .boardConfig = 0x0601});
-      card->SetDetectedStandard(detected);
-      Saa713xDevice device;
-      const auto init = [&] {
-        device.HWInit(card->CaptureFilter().Get(), card->FriendlyName().c_str(),
-                      card->TunerFilter().Get(), 0);
-        device.InitialTV();
-      };
-      card->Refuse("vamp chip-id", E_FAIL);
-      init();
-      device.SetTVFormat(one.standard, one.country);
-      card->ClearRefusals();
-      init();
-      TakeTrace();
-      EXPECT_EQ(device.SetTVFreq(182250), S_OK);
-      const bool follows = one.tuned != one.country && detected == one.ownStandard;
-      EXPECT_THAT(TakeTrace(),
-                  IsSupersetOf({notification(1, one.tuned, one.standard),
-                                notification(2, one.tuned, follows ? detected : one.standard)}))
-          << one.country;
+  for (const Country& country : kCountries) {
+    for (const int i : {0, 1, 2}) {
+      for (const std::uint32_t detected : {country.ownStandard, std::uint32_t{AnalogVideo_PAL_N}}) {
+        Plug({.tunerType = 1, .chipId = 0x7130, .boardConfig = 0x0601});
+        card->SetDetectedStandard(detected);
+        Saa713xDevice device;
+        const auto init = [&] {
+          device.HWInit(card->CaptureFilter().Get(), card->FriendlyName().c_str(),
+                        card->TunerFilter().Get(), 0);
+          device.InitialTV();
+        };
+        card->Refuse("vamp chip-id", E_FAIL);
+        init();
+        device.SetTVFormat(kStandards[i], country.code);
+        card->ClearRefusals();
+        init();
+        TakeTrace();
+        EXPECT_EQ(device.SetTVFreq(182250), S_OK);
+        const std::uint32_t tuned = country.tuned[i];
+        const bool follows = tuned != country.code && detected == country.ownStandard;
+        EXPECT_THAT(TakeTrace(),
+                    IsSupersetOf({notification(1, tuned, kStandards[i]),
+                                  notification(2, tuned, follows ? detected : kStandards[i])}))
+            << country.code << " " << i;
+      }
     }
   }
 }
