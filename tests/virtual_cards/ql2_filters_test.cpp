@@ -193,6 +193,7 @@ TEST_F(Ql2FiltersTest, FormatsOfTheVideoPin) {
     EXPECT_EQ(made.biBitCount, 16);
     EXPECT_EQ(std::memcmp(&made.biCompression, "UYVY", 4), 0);
     EXPECT_EQ(made.biSizeImage, 352U * 288 * 2);
+    EXPECT_EQ(after.type->lSampleSize, made.biSizeImage);
     // Both records begin alike.
     const auto& header = *reinterpret_cast<const VIDEOINFOHEADER*>(after.type->pbFormat);
     EXPECT_EQ(header.dwBitRate, made.biSizeImage * 8 * 25);

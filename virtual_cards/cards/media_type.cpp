@@ -54,8 +54,8 @@ MediaType MediaType::Video(LONG width, LONG height, bool videoInfo2) {
   made.type_.majortype = kMediaTypeVideo;
   made.type_.subtype = kMediaSubtypeUyvy;
   made.type_.bFixedSizeSamples = TRUE;
-  made.type_.lSampleSize = made.Picture().biSizeImage;
   made.type_.formattype = videoInfo2 ? kFormatVideoInfo2 : kFormatVideoInfo;
+  made.type_.lSampleSize = made.Picture().biSizeImage;
   return made;
 }
 
