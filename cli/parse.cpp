@@ -36,14 +36,17 @@ bool TakeUnit(std::string_view& text, std::string_view unit) {
 }
 
 std::optional<std::uint32_t> FrequencyKHz(std::string_view text) {
+  // 4 GHz is where 32 bits of hertz, which drivers count in, end.
+  constexpr std::uint32_t kHighestKHz = 4'000'000;
   if (TakeUnit(text, "mhz")) {
     const auto megahertz = WholeText<double>(text, std::chars_format::fixed);
-    // 4 GHz is where 32 bits of hertz, which drivers count in, end.
-    if (!megahertz || *megahertz < 0 || *megahertz > 4000) return std::nullopt;
+    // "nan" is a number to the reader, and is neither below nor above another.
+    if (!megahertz || !(*megahertz >= 0 && *megahertz * 1000 <= kHighestKHz)) return std::nullopt;
     return static_cast<std::uint32_t>(std::lround(*megahertz * 1000));
   }
   TakeUnit(text, "khz");
-  return WholeText<std::uint32_t>(text);
+  const auto kHz = WholeText<std::uint32_t>(text);
+  return kHz && *kHz <= kHighestKHz ? kHz : std::nullopt;
 }
 
 constexpr const char* kFrequencyForms = "write 175250, 175250kHz or 175.25MHz";
