@@ -43,6 +43,7 @@ TEST(Errors, OfWrongUse) {
                          {"seek up -1MHz", {"\"-1MHz\"", "175.25MHz"}},
                          {"tune tv 4000.1MHz", {"\"4000.1MHz\""}},
                          {"tune tv 4000001", {"\"4000001\""}},
+                         {"info --card virtual:saa7134,eeprom=.", {"eeprom=.: ", "256 bytes"}},
                          {"info --card virtual:tin", {"--card", "tin"}},
                          {"info --card /dev/video0", {"/dev/video0", "virtual:KIND"}},
                          {"signal --raster moon", {"--raster", "moon", "pal-bg"}},

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <fstream>
-#include <iterator>
 
 namespace zelk::virtual_cards {
 
@@ -31,13 +30,15 @@ bool ParseFlag(const OptionText& option) {
 
 std::optional<Eeprom::Image> ParseEepromImage(const OptionText& option) {
   if (option.value == "none") return std::nullopt;
-  std::ifstream file(std::string(option.value), std::ios::binary);
-  const std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   Eeprom::Image image;
-  if (!file.is_open() || content.size() != image.size()) {
+  std::string content(image.size() + 1, '\0');
+  std::ifstream file(std::string(option.value), std::ios::binary);
+  // A folder opens like a file and fails when it is read.
+  file.read(content.data(), static_cast<std::streamsize>(content.size()));
+  if (static_cast<std::size_t>(file.gcount()) != image.size()) {
     RejectOption(option, "\"none\" or a readable file of 256 bytes");
   }
-  std::copy(content.begin(), content.end(), image.begin());
+  std::copy_n(content.begin(), image.size(), image.begin());
   return image;
 }
 
