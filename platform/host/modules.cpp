@@ -1,4 +1,4 @@
-// Loadable modules: those that the process registered, then shared libraries.
+// Loadable modules: those that the process registered, then shared libraries by their path.
 #include <dlfcn.h>
 #include <link.h>
 #include <unistd.h>
@@ -101,6 +101,9 @@ HMODULE LoadLibraryA(LPCSTR lpLibFileName) {
       }
     }
   }
+  // A bare name would be looked for in folders that others may write to, and no card's I/O library
+  // is made for this system.
+  if (!std::strchr(lpLibFileName, '/')) return nullptr;
   // Outside the lock: a library's initialisers may load modules themselves.
   void* const library = dlopen(lpLibFileName, RTLD_NOW | RTLD_LOCAL);
   if (!library) return nullptr;

@@ -1,11 +1,17 @@
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 
 #include <array>
+#include <filesystem>
 
 #include "platform/control.h"
+#include "platform/module_path.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelk::host {
 namespace {
+
+using testing::TempFolder;
 
 std::intptr_t One() { return 1; }
 std::intptr_t Two() { return 2; }
@@ -33,13 +39,24 @@ TEST(Modules, RegisteredOnesAreFoundByFileNameAndCounted) {
   EXPECT_EQ(ModuleLoadCount("Gate.dll"), 0);
 }
 
-TEST(Modules, SharedLibrariesAreLoadedWhenNothingIsRegistered) {
-  const HMODULE module = LoadLibraryA("libm.so.6");
+// What somebody left in the current folder does not become part of the process.
+TEST(Modules, SharedLibrariesAreLoadedByTheirPathAlone) {
+  const TempFolder folder;
+  const std::string planted = folder / "PioGate.dll";
+  std::filesystem::copy_file(ModulePathOf(dlsym(RTLD_DEFAULT, "cos")), planted);
+  const std::filesystem::path current = std::filesystem::current_path();
+  std::filesystem::current_path(folder.Path());
+  for (const char* name : {"PioGate.dll", "PioGate", ".\\PioGate.dll", "libm.so.6"})
+    EXPECT_EQ(LoadLibraryA(name), nullptr) << name;
+  const HMODULE module = LoadLibraryA(planted.c_str());
+  EXPECT_EQ(LoadLibraryA("./PioGate.dll"), module);
+  std::filesystem::current_path(current);
   ASSERT_NE(module, nullptr);
   EXPECT_NE(GetProcAddress(module, "cos"), nullptr);
   std::array<char, MAX_PATH> path{};
   EXPECT_GT(GetModuleFileNameA(module, path.data(), path.size()), 0U);
-  EXPECT_EQ(path[0], '/');
+  EXPECT_EQ(path.data(), planted);
+  EXPECT_TRUE(FreeLibrary(module));
   EXPECT_TRUE(FreeLibrary(module));
   EXPECT_FALSE(FreeLibrary(module));
 }
