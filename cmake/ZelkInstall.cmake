@@ -25,7 +25,7 @@ endforeach()
 if(NOT WIN32)
   # Found beside each other and from bin/ wherever the package is unpacked.
   set_target_properties(${libraries} PROPERTIES
-    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} INSTALL_RPATH $ORIGIN)
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
 endif()
 set_target_properties(zelk_public_header PROPERTIES EXPORT_NAME header)
 set(headers zelk_public_header)
@@ -42,10 +42,14 @@ install(TARGETS ${libraries} ${headers} EXPORT ZElkAPITargets
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(FILES ${header_files} TYPE INCLUDE)
 if(TARGET zelk)
-  if(NOT WIN32)
-    set_target_properties(zelk PROPERTIES INSTALL_RPATH $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
-  endif()
   install(TARGETS zelk)
+  if(NOT WIN32)
+    # Built, it stands beside its libraries; installed, it does not.
+    set(installed $ORIGIN/../${CMAKE_INSTALL_LIBDIR})
+    set_target_properties(zelk PROPERTIES INSTALL_RPATH "$ORIGIN;${installed}")
+    install(CODE "file(RPATH_CHANGE OLD_RPATH [[$ORIGIN:${installed}]] NEW_RPATH [[${installed}]]
+      FILE \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_BINDIR}/zelk\")")
+  endif()
 endif()
 if(TARGET zelk_virtual_cards)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/virtual_cards/data/

@@ -11,6 +11,10 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
+# They find each other wherever the build folder stands. A path that CMake means to replace when it installs ends in an
+# empty element, which is the current directory; so none is replaced.
+set(CMAKE_INSTALL_RPATH $ORIGIN)
+set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 
 # What nearly every file includes is compiled once. The native release build reads it anew in every file of the library and
 # of the virtual cards, and so notices where an include is missing.
@@ -112,7 +116,8 @@ function(zelk_tests name)
   target_link_libraries(${name} PRIVATE ${arg_LINKS} zelk_test_main zelk_platform zelk_test_options GTest::gmock_main)
   target_precompile_headers(${name} REUSE_FROM zelk_test_main)
   zelk_folder(${name} PRIVATE tests)
-  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests
+                                           INSTALL_RPATH $ORIGIN/..)
   if(NOT WIN32)
     gtest_discover_tests(${name} WORKING_DIRECTORY ${CMAKE_BINARY_DIR}/tests DISCOVERY_TIMEOUT 60)
   endif()
