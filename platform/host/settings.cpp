@@ -2,6 +2,7 @@
 #include "platform/host/settings.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdlib>
 #include <fstream>
 #include <mutex>
@@ -80,6 +81,24 @@ bool VisitSection(std::string_view fileName, std::string_view section, Visit vis
   return inside;
 }
 
+// As Windows reads an integer: blanks and control characters, a sign, a base by its small letter,
+// and digits up to the first character that is none. What goes beyond 32 bits is lost.
+std::uint32_t ParseInteger(std::string text) {
+  constexpr std::size_t kMostCharacters = 29;  // what comes behind them is not looked at
+  text.resize(std::min(text.size(), kMostCharacters));
+  const char* at = text.c_str();
+  while (*at > 0 && *at <= ' ') ++at;
+  const bool negative = *at == '-';
+  if (negative || *at == '+') ++at;
+  int base = 10;
+  if (*at == '0') base = at[1] == 'x' ? 16 : at[1] == 'o' ? 8 : at[1] == 'b' ? 2 : 10;
+  if (base != 10) at += 2;
+  std::uint32_t value = 0;
+  for (std::uint32_t digit = 0; std::from_chars(at, at + 1, digit, base).ec == std::errc{}; ++at)
+    value = value * static_cast<std::uint32_t>(base) + digit;
+  return negative ? 0 - value : value;
+}
+
 }  // namespace
 
 void UseSettingsFolder(std::string path) {
@@ -140,5 +159,5 @@ UINT GetPrivateProfileIntA(LPCSTR lpAppName, LPCSTR lpKeyName, INT nDefault, LPC
   if (!lpAppName || !lpKeyName || !lpFileName) return fallback;
   const auto found = FindSetting(lpFileName, lpAppName, lpKeyName);
   if (!found || found->empty()) return fallback;
-  return static_cast<UINT>(StrToIntA(found->c_str()));
+  return ParseInteger(*found);
 }

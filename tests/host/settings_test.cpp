@@ -29,7 +29,7 @@ TEST_F(Settings, ProfileFilesAreReadAsWindowsReadsThem) {
   folder_.Write("a.ini",
                 "\xEF\xBB\xBF[First]\r\n  Name =  two words \t\r\n;Hidden=1\r\n"
                 "quoted=\" kept \"\r\nsingle='a'\r\nhalf=\"open\r\nempty=\r\nformula=a=b;c\r\n"
-                "name=late\r\nplus=+12 horses\r\nminus=-7\r\nhex=0x41\r\nwrap=4294967295\r\n"
+                "name=late\r\n"
                 "[ Second ] \r\nonly=second\r\n[FIRST]\r\nonly=again\r\n");
   const std::array<const char*, 3> texts[] = {
       {"fIRST", "NAME", "two words"}, {"First", ";Hidden", "absent"}, {"First", "quoted", " kept "},
@@ -37,17 +37,32 @@ TEST_F(Settings, ProfileFilesAreReadAsWindowsReadsThem) {
       {"First", "formula", "a=b;c"},  {"second", "only", "second"},   {"First", "only", "absent"}};
   for (const auto& [section, key, expected] : texts) EXPECT_EQ(Read(section, key), expected) << key;
 
-  const std::pair<const char*, int> numbers[] = {{"plus", 12}, {"minus", -7}, {"hex", 0},
-                                                 {"wrap", -1}, {"name", 0},   {"empty", 77},
-                                                 {"none", 77}};
-  for (const auto& [key, expected] : numbers)
-    EXPECT_EQ(static_cast<int>(GetPrivateProfileIntA("First", key, 77, "a.ini")), expected) << key;
-
   std::array<char, 4> cut{'x', 'x', 'x', 'x'};
   EXPECT_EQ(GetPrivateProfileStringA("First", "name", nullptr, cut.data(), 4, "a.ini"), 3U);
   EXPECT_STREQ(cut.data(), "two");
   EXPECT_EQ(GetPrivateProfileStringA("First", "none", nullptr, cut.data(), 4, "a.ini"), 0U);
   EXPECT_STREQ(cut.data(), "");
+}
+
+// What GetPrivateProfileIntA was seen to answer on a 32-bit system.
+TEST_F(Settings, IntegersAreReadAsWindowsReadsThem) {
+  const std::pair<int, std::vector<std::string>> cases[] = {
+      {0, {"+-5", "- 5", "abc", "\2405", "' '", "0X1", "0x", "'0x 1'", "0B1", "0O1", "4294967296"}},
+      {1, {"1", "0x1", "0x1g", "0b12", "0o18", std::string(28, '0') + "12"}},
+      {7, {"+7", "7 8", "7abc", "' \t7'"}},
+      {17, {"017", "0x11", "0b10001", "0o21"}},
+      {255, {"0xfF"}},
+      {-16, {"-16", "-0x10"}},
+      {-1, {"4294967295", "-4294967297"}},
+      {1215752191, {"99999999999"}},
+      {77, {""}}};
+  for (const auto& [expected, texts] : cases) {
+    for (const std::string& text : texts) {
+      folder_.Write("a.ini", "[s]\r\nk=" + text + "\r\n");
+      EXPECT_EQ(static_cast<int>(GetPrivateProfileIntA("s", "k", 77, "a.ini")), expected) << text;
+    }
+  }
+  EXPECT_EQ(static_cast<int>(GetPrivateProfileIntA("s", "none", -3, "a.ini")), -3);
 }
 
 TEST_F(Settings, PlainNamesLieInTheSettingsFolderAlone) {
