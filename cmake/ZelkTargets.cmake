@@ -24,17 +24,30 @@ set(ZELK_SYSTEM_HEADERS <platform/dshow.h> <algorithm> <array> <cstdint> <functi
 
 option(ZELK_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 
-add_library(zelk_options INTERFACE)
-target_compile_options(zelk_options INTERFACE -Wall -Wextra -Wpedantic -Werror)
+# What everything is compiled with, the tests too.
+add_library(zelk_common_options INTERFACE)
+target_compile_options(zelk_common_options INTERFACE -Wall -Wextra -Wpedantic -Werror)
 if(WIN32)
   # Optimising for size, GCC 12 takes fright at the empty optionals that the native build understands.
-  target_compile_options(zelk_options INTERFACE -Wno-maybe-uninitialized)
+  target_compile_options(zelk_common_options INTERFACE -Wno-maybe-uninitialized)
 endif()
 if(ZELK_SANITIZE)
   # The library has no type information for the vptr check to look at.
-  target_compile_options(zelk_options INTERFACE -fsanitize=address,undefined -fno-sanitize=vptr
-                                                -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_link_options(zelk_options INTERFACE -fsanitize=address,undefined)
+  target_compile_options(zelk_common_options INTERFACE -fsanitize=address,undefined -fno-sanitize=vptr
+                                                       -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(zelk_common_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# What people run. It is hardened as Debian's own packages are (dpkg-buildflags); position-independent programs are the
+# compiler's default there. The Windows library has a size to keep.
+add_library(zelk_options INTERFACE)
+target_link_libraries(zelk_options INTERFACE zelk_common_options)
+if(NOT WIN32)
+  # Calls can be fortified only where the optimiser runs.
+  set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+  target_compile_options(zelk_options INTERFACE -fstack-protector-strong -Wformat -Werror=format-security
+                                                $<${optimised}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2>)
+  target_link_options(zelk_options INTERFACE -Wl,-z,relro,-z,now)
 endif()
 
 # What goes into the library itself: no exceptions cross an export because there are none.
