@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <stdexcept>
@@ -119,17 +120,22 @@ class RepeatedKeys {
   std::vector<std::set<std::string>> open_;
 };
 
-Json ReadJson(const fs::path& file) {
-  std::ifstream in(file);
-  if (!in) throw std::runtime_error(file.string() + ": cannot be read");
+Json ParseJson(std::string_view text, const std::string& file) {
   try {
     RepeatedKeys check;
-    return Json::parse(in, [&check](int depth, Json::parse_event_t event, Json& parsed) {
+    return Json::parse(text, [&check](int depth, Json::parse_event_t event, Json& parsed) {
       return check(depth, event, parsed);
     });
   } catch (const std::exception& error) {
-    throw std::runtime_error(file.string() + ": " + error.what());
+    throw std::runtime_error(file + ": " + error.what());
   }
+}
+
+std::string TextOf(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  in.peek();  // a folder opens like a file and fails when it is read
+  if (!in.is_open() || in.bad()) throw std::runtime_error(file.string() + ": cannot be read");
+  return {std::istreambuf_iterator<char>(in), {}};
 }
 
 std::vector<std::string> IdsIn(const fs::path& folder) {
@@ -291,9 +297,12 @@ Raster LoadRaster(std::string_view id) {
   const fs::path folder = DataFolder() / "rasters";
   const fs::path file = folder / (std::string(id) + ".json");
   if (!IsId(id) || !fs::exists(file)) FailUnknown("raster", id, folder);
+  return ReadRaster(TextOf(file), id, file.string());
+}
 
-  const Json json = ReadJson(file);
-  const Item root(json, file.string());
+Raster ReadRaster(std::string_view text, std::string_view id, const std::string& file) {
+  const Json json = ParseJson(text, file);
+  const Item root(json, file);
   root.AllowKeys({"source", "title", "standard", "country", "bands", "channels"});
   root.At("source").Text();
   Raster raster;
@@ -315,9 +324,12 @@ Air LoadAir(std::string_view idOrFile) {
   fs::path file = folder / (std::string(idOrFile) + ".json");
   if (!IsId(idOrFile) || !fs::exists(file)) file = fs::path(idOrFile);
   if (!fs::is_regular_file(file)) FailUnknown("place or file", idOrFile, folder);
+  return ReadAir(TextOf(file), file.string());
+}
 
-  const Json json = ReadJson(file);
-  const Item root(json, file.string());
+Air ReadAir(std::string_view text, const std::string& file) {
+  const Json json = ParseJson(text, file);
+  const Item root(json, file);
   root.AllowKeys({"note", "place", "raster", "tv", "fm"});
   if (root.Has("note")) root.At("note").Text();
   Air air;

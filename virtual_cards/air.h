@@ -73,5 +73,8 @@ std::vector<std::string> RasterIds();
 Raster LoadRaster(std::string_view id);
 // `idOrFile` is the name of a place in the data folder or the path of a place file.
 Air LoadAir(std::string_view idOrFile);
+// The same from the text of such a file; `file` names it in messages.
+Raster ReadRaster(std::string_view text, std::string_view id, const std::string& file);
+Air ReadAir(std::string_view text, const std::string& file);
 
 }  // namespace zelk::virtual_cards
