@@ -8,6 +8,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "platform/ignore_case.h"
 #include "platform/module_path.h"
 #include "platform/win32.h"
 #include "virtual_cards/video_standard.h"
@@ -188,14 +189,15 @@ void Arrange(const Item& file, std::vector<RasterChannel>& channels) {
   std::sort(channels.begin(), channels.end(), [](const RasterChannel& a, const RasterChannel& b) {
     return a.pictureKHz < b.pictureKHz;
   });
+  std::set<std::string> names;
   for (std::size_t i = 0; i < channels.size(); ++i) {
     if (i > 0 && channels[i].pictureKHz == channels[i - 1].pictureKHz)
       file.Fail("channels \"" + channels[i - 1].name + "\" and \"" + channels[i].name +
                 "\" stand on one carrier");
-    for (std::size_t j = 0; j < i; ++j) {
-      if (SameIgnoringCase(channels[i].name, channels[j].name))
-        file.Fail("channel \"" + channels[i].name + "\" stands twice");
-    }
+    std::string name = channels[i].name;
+    std::transform(name.begin(), name.end(), name.begin(), host::FoldCase<char>);
+    if (!names.insert(std::move(name)).second)
+      file.Fail("channel \"" + channels[i].name + "\" stands twice");
   }
 }
 
