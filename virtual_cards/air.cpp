@@ -179,8 +179,12 @@ void AddBand(const Item& band, std::vector<RasterChannel>& channels) {
   const std::uint32_t last = numbers[1].Whole(first, kHighestChannelNumber);
   const std::uint32_t step = band.At("step_khz").Whole(1'000, 20'000);
   std::uint32_t kHz = band.At("first_khz").Whole(kLowestTvKHz, kHighestTvKHz);
-  for (std::uint32_t number = first; number <= last; ++number, kHz += step)
+  for (std::uint32_t number = first; number <= last; ++number, kHz += step) {
+    if (kHz > kHighestTvKHz)
+      band.Fail("channel " + prefix + std::to_string(number) + " lies at " + std::to_string(kHz) +
+                " kHz, above " + Json(kHighestTvKHz).dump());
     channels.push_back({prefix + std::to_string(number), kHz});
+  }
 }
 
 // Ascending order, and no two channels that could be taken for one another.
