@@ -41,7 +41,8 @@ std::optional<std::uint32_t> FrequencyKHz(std::string_view text) {
   if (TakeUnit(text, "mhz")) {
     const auto megahertz = WholeText<double>(text, std::chars_format::fixed);
     // "nan" is a number to the reader, and is neither below nor above another.
-    if (!megahertz || !(*megahertz >= 0 && *megahertz * 1000 <= kHighestKHz)) return std::nullopt;
+    if (!megahertz || text.starts_with('-') || !(*megahertz * 1000 <= kHighestKHz))
+      return std::nullopt;
     return static_cast<std::uint32_t>(std::lround(*megahertz * 1000));
   }
   TakeUnit(text, "khz");
