@@ -134,8 +134,7 @@ Json ParseJson(std::string_view text, const std::string& file) {
 
 std::string TextOf(const fs::path& file) {
   std::ifstream in(file, std::ios::binary);
-  in.peek();  // a folder opens like a file and fails when it is read
-  if (!in.is_open() || in.bad()) throw std::runtime_error(file.string() + ": cannot be read");
+  if (!in) throw std::runtime_error(file.string() + ": cannot be read");
   return {std::istreambuf_iterator<char>(in), {}};
 }
 
@@ -162,10 +161,18 @@ std::vector<std::string> IdsIn(const fs::path& folder) {
   throw std::runtime_error(message);
 }
 
-// Ids are plain file names: anything that looks like a path is none.
+// Ids are plain file names: anything that looks like a path is none, and to the system a name ends
+// at its first zero.
 bool IsId(std::string_view text) {
-  return !text.empty() && text.find_first_of("/\\") == std::string_view::npos &&
+  constexpr std::string_view kSeparators("/\\\0", 3);
+  return !text.empty() && text.find_first_of(kSeparators) == std::string_view::npos &&
          text.front() != '.';
+}
+
+// Whether there is such a file. One that cannot be looked for, because of a name too long, is none.
+bool IsFile(const fs::path& path) {
+  std::error_code error;
+  return fs::is_regular_file(path, error);
 }
 
 void AddBand(const Item& band, std::vector<RasterChannel>& channels) {
@@ -302,7 +309,7 @@ std::vector<std::string> RasterIds() { return IdsIn(DataFolder() / "rasters"); }
 Raster LoadRaster(std::string_view id) {
   const fs::path folder = DataFolder() / "rasters";
   const fs::path file = folder / (std::string(id) + ".json");
-  if (!IsId(id) || !fs::exists(file)) FailUnknown("raster", id, folder);
+  if (!IsId(id) || !IsFile(file)) FailUnknown("raster", id, folder);
   return ReadRaster(TextOf(file), id, file.string());
 }
 
@@ -328,8 +335,8 @@ Raster ReadRaster(std::string_view text, std::string_view id, const std::string&
 Air LoadAir(std::string_view idOrFile) {
   const fs::path folder = DataFolder() / "places";
   fs::path file = folder / (std::string(idOrFile) + ".json");
-  if (!IsId(idOrFile) || !fs::exists(file)) file = fs::path(idOrFile);
-  if (!fs::is_regular_file(file)) FailUnknown("place or file", idOrFile, folder);
+  if (!IsId(idOrFile) || !IsFile(file)) file = fs::path(idOrFile);
+  if (!IsFile(file)) FailUnknown("place or file", idOrFile, folder);
   return ReadAir(TextOf(file), file.string());
 }
 
