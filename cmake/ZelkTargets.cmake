@@ -23,6 +23,7 @@ set(ZELK_SYSTEM_HEADERS <platform/dshow.h> <algorithm> <array> <cstdint> <functi
                         <vector>)
 
 option(ZELK_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(ZELK_FUZZ "Build the programs that feed the parsers with anything (clang)" OFF)
 
 # What everything is compiled with, the tests too.
 add_library(zelk_common_options INTERFACE)
@@ -36,6 +37,10 @@ if(ZELK_SANITIZE)
   target_compile_options(zelk_common_options INTERFACE -fsanitize=address,undefined -fno-sanitize=vptr
                                                        -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(zelk_common_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(ZELK_FUZZ)
+  target_compile_options(zelk_common_options INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_definitions(zelk_common_options INTERFACE _GLIBCXX_ASSERTIONS)
 endif()
 
 # What people run. It is hardened as Debian's own packages are (dpkg-buildflags); position-independent programs are the
