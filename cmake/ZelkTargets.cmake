@@ -22,7 +22,7 @@ option(ZELK_PRECOMPILE_SYSTEM_HEADERS "Compile the headers that the library's fi
 set(ZELK_SYSTEM_HEADERS <platform/dshow.h> <algorithm> <array> <cstdint> <functional> <memory> <optional> <string>
                         <vector>)
 
-option(ZELK_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+set(ZELK_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler names them: address,undefined or thread")
 option(ZELK_FUZZ "Build the programs that feed the parsers with anything (clang)" OFF)
 
 # What everything is compiled with, the tests too.
@@ -34,9 +34,9 @@ if(WIN32)
 endif()
 if(ZELK_SANITIZE)
   # The library has no type information for the vptr check to look at.
-  target_compile_options(zelk_common_options INTERFACE -fsanitize=address,undefined -fno-sanitize=vptr
+  target_compile_options(zelk_common_options INTERFACE -fsanitize=${ZELK_SANITIZE} -fno-sanitize=vptr
                                                        -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_link_options(zelk_common_options INTERFACE -fsanitize=address,undefined)
+  target_link_options(zelk_common_options INTERFACE -fsanitize=${ZELK_SANITIZE})
 endif()
 if(ZELK_FUZZ)
   target_compile_options(zelk_common_options INTERFACE -fsanitize=fuzzer-no-link)
