@@ -15,10 +15,11 @@
  *     counts as no card; functions that answer otherwise say so.
  *   - A function that needs the TV mode or the FM mode answers ZELK_VFW_E_WRONG_STATE in another.
  *   - A null output pointer is allowed everywhere: the work is done, the store is skipped.
- *   - The library creates no threads and takes no locks. Call it from one thread. One call alone
- * may come from another: ZELK_AllFreqScan(callback, ZELK_SCAN_STOP), which stops either scan.
- *   - A driver's call may dispatch the thread's messages, and so a function may be called from
- * inside another one. ZELK_Free and ZELK_HWInit say what they do then.
+ *   - The library creates no threads and takes no locks. Call it from one thread. One call may
+ *     come from another, the one that stops either scan: ZELK_AllFreqScan(callback,
+ *     ZELK_SCAN_STOP).
+ *   - A driver's call may dispatch the thread's messages, so that a function may be called from
+ *     inside another. ZELK_Free and ZELK_HWInit say what they do then.
  *   - Failures leave one line of text in a log file in the current directory: "zelkapi_713x.log",
  *     "zelkapi_BT878.log", "zelkapi_BT88X.log" or "zelkapi_Quillon.log", by card family.
  *
@@ -137,9 +138,9 @@ enum {
  * @param friendlyName        that filter's friendly name, ANSI; each family accepts its own names
  * @param tunerFilter         the card's TV-tuner filter, or null
  * @param russiaFlag          low byte non-zero lowers the FM band to 62 MHz (S alone)
- * @return the code of the family that was kept, ZELK_E_FAIL when none accepted the card. Called
- * from inside a driver's call, it frees, tries nothing and answers ZELK_E_FAIL; so does the
- *         ZELK_HWInit that it may have been called from */
+ * @return the code of the family that was kept; ZELK_E_FAIL when none accepted the card. From
+ *         inside a driver's call it frees, tries nothing and answers ZELK_E_FAIL, and so does
+ *         a ZELK_HWInit that made the driver's call */
 HRESULT ZELK_CALL ZELK_HWInit(struct IUnknown* videoCaptureFilter, const char* friendlyName,
                               struct IUnknown* tunerFilter, uint32_t russiaFlag);
 
@@ -205,9 +206,9 @@ HRESULT ZELK_CALL ZELK_IsSignalPresent(uint32_t* present, uint32_t* strength, do
 /** Scans the TV band of the card, upward in steps of 250 kHz, on the calling thread. Between probes
  * it pumps the thread's window messages. Cards: S B X Q.
  * @param callback  receives the events; null silences them
- * @param command   ZELK_SCAN_START runs a scan, ZELK_SCAN_STOP stops the running one (TV or FM),
- * from any thread, as long as the card stays live. A stop that finds nothing running reports
- * ZELK_EVENT_ENDED to its own callback, on its own thread
+ * @param command   ZELK_SCAN_START runs a scan; ZELK_SCAN_STOP stops the running one (TV or FM),
+ *                  from any thread, as long as the card is live. A stop that finds nothing
+ *                  running reports ZELK_EVENT_ENDED to its own callback, on its own thread
  * @return ZELK_S_FALSE after a scan has ended and when there was nothing to do; ZELK_S_OK when
  *         a running scan was stopped; ZELK_E_FAIL without a card and for a start while a scan
  *         runs */
@@ -332,8 +333,8 @@ HRESULT ZELK_CALL ZELK_I2CWriteSequence(uint32_t address, const uint8_t* buffer,
 /** Reads from a device on the I2C bus of an MPEG-encoder card. Cards: Q.
  * @param address  8-bit bus address
  * @param buffer   receives the bytes, also of a failed transfer
- * @param length   at most 16. As a signed number: a negative one reaches the driver as its low
- * byte, without data
+ * @param length   at most 16; taken as a signed number. A negative one reaches the driver as its
+ *                 low byte, without data
  * @return ZELK_S_OK; ZELK_E_NOTIMPL for a failed transfer and without such a card */
 HRESULT ZELK_CALL ZELK_ReadI2C(uint32_t address, uint8_t* buffer, uint32_t length);
 /** Writes to a device on the I2C bus of an MPEG-encoder card; answers as ZELK_ReadI2C. Cards: Q. */
