@@ -16,9 +16,12 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <initializer_list>
 #include <iostream>
 #include <map>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "ZElkAPI.h"
 #include "api/library.h"
@@ -34,43 +37,34 @@ namespace zelk::faults {
 namespace {
 
 // One of each transport, of each kind of tuner and of each kind of board.
-constexpr const char* kCards[] = {
-    "saa7134,tuner=1",
-    "saa7134,tuner=5,tunerfilter=0",
-    "saa7134,tuner=13",
-    "saa7134,tuner=14",
-    "saa7134,tuner=19",
-    "saa7134,tuner=20",
-    "saa7134,tuner=24",
-    "saa7134,tuner=27",
-    "saa7134,tuner=36",
-    "saa7134,tuner=40",
-    "saa7134,tuner=41",
-    "saa7134,tuner=43",
-    "saa7134,tuner=44",
-    "saa7134,tuner=46",
-    "saa7134,board=0xE1",
-    "saa7134,board=0xE9",
-    "saa7130,tuner=8,board=0x608,remote=gpio",
-    "bt878,tuner=1,tunerfilter=0",
-    "bt878,tuner=13",
-    "bt878,tuner=14",
-    "bt878,tuner=40",
-    "bt878,tuner=45,tunerfilter=0",
-    "bt878,tuner=1,eeprom=dying",
-    "bt878-io,tuner=1",
-    "bt878-io,tuner=15",
-    "cx2388x,tuner=1",
-    "cx2388x,tuner=15,tunerfilter=0",
-    "cx2388x,tuner=14",
-    "cx2388x,tuner=24",
-    "cx2388x-io,tuner=1",
-    "cx2388x-io,tuner=21",
-    "ql2,tuner=11",
-    "ql2,tuner=25,pin=videoinfo2",
-    "ql2,tuner=51",
-    "ql2,tuner=16,tunerinfo=0",
+struct Boards {
+  const char* kind;
+  std::initializer_list<const char*> options;
 };
+constexpr Boards kBoards[] = {
+    {"saa7134",
+     {"tuner=1", "tuner=5,tunerfilter=0", "tuner=13", "tuner=14", "tuner=19", "tuner=20",
+      "tuner=24", "tuner=27", "tuner=36", "tuner=40", "tuner=41", "tuner=43", "tuner=44",
+      "tuner=46", "board=0xE1", "board=0xE9"}},
+    {"saa7130", {"tuner=8,board=0x608,remote=gpio"}},
+    {"bt878",
+     {"tuner=1,tunerfilter=0", "tuner=13", "tuner=14", "tuner=40", "tuner=45,tunerfilter=0",
+      "tuner=1,eeprom=dying"}},
+    {"bt878-io", {"tuner=1", "tuner=15"}},
+    {"cx2388x", {"tuner=1", "tuner=15,tunerfilter=0", "tuner=14", "tuner=24"}},
+    {"cx2388x-io", {"tuner=1", "tuner=21"}},
+    {"ql2", {"tuner=11", "tuner=25,pin=videoinfo2", "tuner=51", "tuner=16,tunerinfo=0"}},
+};
+
+std::vector<std::string> EveryCard() {
+  std::vector<std::string> cards;
+  for (const Boards& row : kBoards) {
+    for (const char* const options : row.options) {
+      cards.push_back(std::string(row.kind) + ',' + options);
+    }
+  }
+  return cards;
+}
 
 // What a refused call leaves behind because nothing else can become of it.
 struct Consequence {
@@ -320,7 +314,7 @@ class Trials {
 
   // False when the time was not enough.
   bool Systematic() {
-    for (const char* const description : kCards) {
+    for (const std::string& description : EveryCard()) {
       const Healthy healthy = HealthyLife(description);
       for (const Mode& mode : kModes) {
         if (!Each(description, healthy, mode.name, healthy.calls)) return false;
@@ -339,7 +333,7 @@ class Trials {
     std::uint32_t seed = 0;
     do {
       ++seed;
-      for (const char* const description : kCards) {
+      for (const std::string& description : EveryCard()) {
         const Healthy healthy = HealthyLife(description);
         for (const int oneIn : {1, 3, 20, 100}) {
           TryOne(description, healthy, "lie " + std::to_string(seed) + ' ' + std::to_string(oneIn));
