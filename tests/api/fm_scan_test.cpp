@@ -19,6 +19,14 @@ using virtual_cards::Saa713xOptions;
 using Strings = std::vector<std::string>;
 using Bytes = std::vector<std::uint8_t>;
 
+// What a scan makes of what the tuner says, from one probe to the next.
+template <class Readings>
+struct Case {
+  const char* name;
+  Readings readings;
+  Strings found;
+};
+
 class FmScan : public CardTest {
  protected:
   void PlugFm(const Saa713xOptions& options, virtual_cards::Air air = {}) {
@@ -76,12 +84,8 @@ class FmScan : public CardTest {
 const Bytes kStation = {3, 3, 2, 13, 13, 14, 7};
 
 TEST_F(FmScan, ThreeReadings) {
-  struct Case {
-    const char* name;
-    Bytes readings;  // three for each probe from 98000 on, fewer where one is far off
-    Strings found;
-  };
-  const Case cases[] = {
+  // Three for each probe from 98000 on, fewer where one is far off.
+  const Case<Bytes> cases[] = {
       // The station is nearer to the later probe.
       {"later side", kStation, {"98050 stereo"}},
       // 3, then -9: nearer to the earlier one.
@@ -98,7 +102,7 @@ TEST_F(FmScan, ThreeReadings) {
       {"never positive", {14, 14, 14, 13, 13, 13, 7}, {}},
   };
   for (const std::uint32_t type : {13u, 15u}) {
-    for (const Case& one : cases) {
+    for (const auto& one : cases) {
       PlugTold(type, one.readings, {0x04});
       EXPECT_EQ(Found(98000, 98400), one.found) << one.name << " on tuner " << type;
     }
@@ -117,12 +121,8 @@ TEST_F(FmScan, StereoTests) {
 }
 
 TEST_F(FmScan, FourReadings) {
-  struct Case {
-    const char* name;
-    Bytes readings;  // four for each probe
-    Strings found;
-  };
-  const Case cases[] = {
+  // Four for each probe.
+  const Case<Bytes> cases[] = {
       // 8, then -4: the stored candidate counts, whichever side is nearer.
       {"crossing", {13, 13, 13, 13, 1, 1, 1, 1, 0}, {"70000 stereo"}},
       // 8, 0, -4.
@@ -132,7 +132,7 @@ TEST_F(FmScan, FourReadings) {
       // 8, 2, 4, -4: rising again forgets.
       {"rising again", {13, 13, 13, 13, 14, 14, 15, 15, 14, 14, 14, 14, 1, 1, 1, 1, 0}, {}},
   };
-  for (const Case& one : cases) {
+  for (const auto& one : cases) {
     PlugTold(19, one.readings, {0x04});
     EXPECT_EQ(Found(70000, 70400), one.found) << one.name;
   }
@@ -145,13 +145,8 @@ ToldChip::Answer Receiver(int afc, bool stereo, std::uint8_t level) {
 }
 
 TEST_F(FmScan, ReceiverCrossing) {
-  struct Case {
-    const char* name;
-    std::deque<ToldChip::Answer> answers;
-    Strings found;
-  };
   const ToldChip::Answer nothing = Receiver(-20, false, 0);
-  const Case cases[] = {
+  const Case<std::deque<ToldChip::Answer>> cases[] = {
       {"from well above", {Receiver(10, true, 9), Receiver(-5, false, 9), nothing}, {"98050 mono"}},
       {"from near the middle",
        {Receiver(10, true, 9), Receiver(5, true, 9), Receiver(-5, false, 9), nothing},
@@ -165,10 +160,10 @@ TEST_F(FmScan, ReceiverCrossing) {
         nothing},
        {}},
   };
-  for (const Case& one : cases) {
+  for (const auto& one : cases) {
     PlugFm({.boardConfig = 0xE3});
     card->FitChip(0xC0, &tuner);
-    tuner.answers = one.answers;
+    tuner.answers = one.readings;
     const auto before = host::SleptMilliseconds();
     EXPECT_EQ(Found(98000, 98300), one.found) << one.name;
     EXPECT_EQ((host::SleptMilliseconds() - before) % 80, 0u);
@@ -177,27 +172,22 @@ TEST_F(FmScan, ReceiverCrossing) {
 }
 
 TEST_F(FmScan, SiliconLock) {
-  struct Case {
-    std::deque<std::uint32_t> steps;  // from 98200 on
-    Strings found;
+  // From 98200 on.
+  const Case<std::deque<std::uint32_t>> cases[] = {
+      {"locked at 98350, one step back is a multiple of 100", {2, 2, 0, 1, 2}, {"98300 mono"}},
+      {"locked at 98400, one step back and half of one", {2, 2, 2, 0, 1, 2}, {"98300 mono"}},
+      {"without a start", {2, 1, 1, 2}, {}},
+      {"interrupted", {0xFFFFFFFF, 0, 2, 1, 2}, {}},
   };
-  const Case cases[] = {
-      // The lock appears at 98350: one step back is a multiple of 100.
-      {{2, 2, 0, 1, 2}, {"98300 mono"}},
-      // It appears at 98400: one step back, and another half to the multiple of 100.
-      {{2, 2, 2, 0, 1, 2}, {"98300 mono"}},
-      {{2, 1, 1, 2}, {}},
-      {{0xFFFFFFFF, 0, 2, 1, 2}, {}},
-  };
-  for (const Case& one : cases) {
+  for (const auto& one : cases) {
     PlugTuner(41);
     auto told = ComPtr<ToldFilter>::Adopt(new ToldFilter(card->CaptureFilter().Get(), 0x6E));
     ASSERT_EQ(ZELK_HWInit(told.Get(), card->FriendlyName().c_str(), card->TunerFilter().Get(), 0),
               S_OK);
     ZELK_FMInit();
-    told->answers = one.steps;
+    told->answers = one.readings;
     const auto before = host::SleptMilliseconds();
-    EXPECT_EQ(Found(98200, 98600), one.found);
+    EXPECT_EQ(Found(98200, 98600), one.found) << one.name;
     const auto probes = std::count_if(scanEvents.begin(), scanEvents.end(),
                                       [](const auto& event) { return event.starts_with("1004"); });
     // Each probe tunes twice, for 135 ms, and waits twice for the card to settle. The audio mode is
@@ -209,12 +199,7 @@ TEST_F(FmScan, SiliconLock) {
 }
 
 TEST_F(FmScan, LockStatusTakesASecondLook) {
-  struct Case {
-    const char* name;
-    Bytes statuses;
-    Strings found;
-  };
-  const Case cases[] = {
+  const Case<Bytes> cases[] = {
       {"second look confirms", {4, 0x13, 1, 3, 4}, {"98050 stereo"}},
       {"mono", {4, 0x03, 0, 4, 4}, {"98050 mono"}},
       {"second look denies", {4, 0x13, 1, 2, 4}, {}},
@@ -222,10 +207,10 @@ TEST_F(FmScan, LockStatusTakesASecondLook) {
       {"jump over the middle", {3, 4, 1, 4}, {}},
       {"never inside", {1, 0, 4, 0, 4}, {}},
   };
-  for (const Case& one : cases) {
-    PlugTold(1, {}, one.statuses);
+  for (const auto& one : cases) {
+    PlugTold(1, {}, one.readings);
     EXPECT_EQ(Found(98000, 98400), one.found) << one.name;
-    PlugToldQuillon(one.statuses);
+    PlugToldQuillon(one.readings);
     EXPECT_EQ(Found(98000, 98400), one.found) << one.name << " on an MPEG-encoder card";
   }
   // The second look tunes the candidate with the other control word.
