@@ -42,11 +42,9 @@ class FmScan : public CardTest {
     EXPECT_EQ(ZELK_FMAllFreqScan(RecordScanEvent, ZELK_SCAN_START, 0, 0, low, high), S_OK);
     Strings found;
     for (const std::string& event : scanEvents) {
-      if (event.starts_with("1003 ")) {
-        found.push_back(event.substr(5).find(' ') == std::string::npos
-                            ? event.substr(5) + " mono"
-                            : event.substr(5, event.rfind(' ') - 5) + " stereo");
-      }
+      if (!event.starts_with("1003 ")) continue;
+      const std::string frequency = event.substr(5, event.find(' ', 5) - 5);
+      found.push_back(frequency + (event.ends_with(" 1") ? " stereo" : " mono"));
     }
     return found;
   }
