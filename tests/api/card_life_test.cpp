@@ -98,18 +98,6 @@ TEST_F(CardLife, TunerNames) {
   EXPECT_EQ(buffer[13], 'x');
 }
 
-TEST_F(CardLife, ExportsOfOtherFamiliesAnswerAsWithoutACard) {
-  PlugTv(1);
-  std::uint32_t value = 7;
-  std::uint8_t byte = 7;
-  EXPECT_EQ(ZELK_FMGetAudioMode(&value), E_FAIL);
-  EXPECT_EQ(ZELK_ReadI2C(0xC1, &byte, 1), E_NOTIMPL);
-  EXPECT_EQ(ZELK_WriteI2C(0xC1, &byte, 1), E_NOTIMPL);
-  EXPECT_EQ(ZELK_SetMPEGParam({}), E_NOTIMPL);
-  EXPECT_EQ(ZELK_SetAdcVolume(), 1);
-  EXPECT_EQ(value, 7u);
-}
-
 TEST_F(CardLife, SearchLevelRange) {
   PlugTv(1);
   for (const int level : {-1, 0, 9, 10}) {
@@ -144,57 +132,6 @@ TEST_F(CardLife, TuningWithoutAPresencePlaceAsksForNoSignal) {
   present = 77;
   EXPECT_EQ(ZELK_SetFreq(182250, &present), E_FAIL);
   EXPECT_EQ(present, 77u);
-}
-
-// The requests alone: what chips answer depends on what they were asked before.
-std::vector<std::string> WithoutAnswers(std::vector<std::string> trace) {
-  for (std::string& line : trace) line = line.substr(0, line.find(" -> "));
-  return trace;
-}
-
-// The same calls with and without places: the same results, the same traffic.
-TEST_F(CardLife, NullPlacesChangeNothingElse) {
-  struct Case {
-    const char* name;
-    HRESULT (*call)(bool places);
-  };
-  static std::uint32_t u32[16];
-  static std::uint8_t u8[16];
-  static double f64;
-  static ZELK_HWInfo info;
-  const Case cases[] = {
-      {"GetHWInfo", [](bool p) { return ZELK_GetHWInfo(p ? &info : nullptr); }},
-      {"GetTunerType", [](bool p) { return ZELK_GetTunerType(p ? u32 : nullptr); }},
-      {"GetHWLock", [](bool p) { return ZELK_GetHWLock(1, p ? u32 : nullptr); }},
-      {"GetDecoder", [](bool p) { return ZELK_GetDecoder(p ? u32 : nullptr); }},
-      {"IsSignalPresent",
-       [](bool p) {
-         return p ? ZELK_IsSignalPresent(u32, u32, &f64)
-                  : ZELK_IsSignalPresent(nullptr, nullptr, nullptr);
-       }},
-      {"GetVIDEOSTANDARD", [](bool p) { return ZELK_GetVIDEOSTANDARD(p ? u32 : nullptr); }},
-      {"GetRemoteData", [](bool p) { return ZELK_GetRemoteData(p ? u32 : nullptr); }},
-      {"GetRemoteICData", [](bool p) { return ZELK_GetRemoteICData(p ? u8 : nullptr); }},
-      {"ReadEEPROM", [](bool p) { return ZELK_ReadEEPROM(0x20, p ? u8 : nullptr); }},
-      {"I2CReadSequence", [](bool p) { return ZELK_I2CReadSequence(0xA1, p ? u8 : nullptr, 16); }},
-      {"GetFUSE", [](bool p) { return ZELK_GetFUSE(p ? u32 : nullptr); }},
-      {"GetAUDIOSYSTEM", [](bool p) { return ZELK_GetAUDIOSYSTEM(p ? u32 : nullptr); }},
-      {"GetGainValue", [](bool p) { return ZELK_GetGainValue(0x71, p ? u32 : nullptr); }},
-      {"Get7135Bass", [](bool p) { return ZELK_Get7135Bass(p ? u32 : nullptr); }},
-  };
-  for (const std::uint32_t tuner : {0u, 12u, 24u, 36u, 40u, 41u, 46u}) {
-    PlugTv(tuner, MakeAir({175250}));
-    ASSERT_EQ(ZELK_SetFreq(175250, nullptr), S_OK);
-    for (const Case& one : cases) {
-      TakeTrace();
-      const HRESULT withPlaces = one.call(true);
-      const auto trafficWithPlaces = WithoutAnswers(TakeTrace());
-      EXPECT_EQ(one.call(false), withPlaces) << one.name << " on tuner " << tuner;
-      EXPECT_EQ(WithoutAnswers(TakeTrace()), trafficWithPlaces)
-          << one.name << " on tuner " << tuner;
-    }
-  }
-  EXPECT_EQ(ZELK_I2CWriteSequence(0xC2, nullptr, 4), E_FAIL);
 }
 
 }  // namespace
