@@ -1,11 +1,12 @@
-// The FM scan: each way of recognising a station on hand-written readings, the commands, and
-// everything that can interrupt it.
+// The FM scan: what it finds on every tuner, each way of recognising a station on hand-written
+// readings, its events, and its commands.
 #include <algorithm>
 #include <fstream>
 
 #include "platform/control.h"
 #include "platform/win32.h"
 #include "tests/support/card_test.h"
+#include "tests/support/fm_band.h"
 #include "tests/support/told_chip.h"
 #include "virtual_cards/cards/ql2_card.h"
 
@@ -77,6 +78,27 @@ class FmScan : public CardTest {
   ToldChip tuner;
   ToldChip demodulator;
 };
+
+TEST_F(FmScan, EveryTunerFindsEveryStation) {
+  std::vector<Saa713xOptions> boards;
+  for (const std::uint32_t type : {1u,  3u,  5u,  7u,  9u,  11u, 13u, 15u, 17u, 19u,
+                                   21u, 26u, 28u, 30u, 32u, 34u, 40u, 41u, 44u, 45u}) {
+    boards.push_back({.tunerType = type});
+  }
+  // Boards with the separate receiver.
+  for (const std::uint32_t board : {0xE1u, 0xE3u, 0xE9u}) boards.push_back({.boardConfig = board});
+  for (const Saa713xOptions& board : boards) {
+    SCOPED_TRACE("tuner type " + std::to_string(board.tunerType) + ", board " +
+                 std::to_string(board.boardConfig.value_or(0)));
+    PlugFm(board);
+    ZELK_HWInfo info = {};
+    ASSERT_EQ(ZELK_GetHWInfo(&info), S_OK);
+    virtual_cards::Air air;
+    air.fm = SampleStations(info.FmLowKHz, info.FmHighKHz);
+    PlugFm(board, air);
+    ExpectFmScanFinds(air.fm);
+  }
+}
 
 // A sum of 8, then one of -5.
 const Bytes kStation = {3, 3, 2, 13, 13, 14, 7};
