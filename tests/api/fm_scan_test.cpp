@@ -304,6 +304,20 @@ TEST_F(FmScan, BandAndProgress) {
   EXPECT_EQ(scanEvents.size(), 2u + 2 * 410);
 }
 
+// The progress at the first probe, 50 kHz above the lower limit.
+TEST_F(FmScan, ProgressIsTruncatedTowardZero) {
+  PlugFm({.tunerType = 1});
+  for (const auto& [low, high, percent] : {std::tuple{98000u, 99040u, "1002 4"},
+                                           {98000u, 98045u, "1002 111"},
+                                           // No width: covered at once.
+                                           {98000u, 98000u, "1002 100"},
+                                           // Ends exchanged: negative.
+                                           {98000u, 96960u, "1002 4294967292"}}) {
+    Found(low, high);
+    EXPECT_EQ(scanEvents[1], percent) << low << "-" << high;
+  }
+}
+
 TEST_F(FmScan, StopsAfter99Stations) {
   Bytes statuses;
   for (int i = 0; i < 120; ++i) statuses.insert(statuses.end(), {3, 1, 4});
