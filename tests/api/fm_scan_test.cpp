@@ -370,22 +370,6 @@ TEST_F(FmScan, NestedScanTakesTheCallbackOver) {
   EXPECT_THAT(scanEvents, ElementsAre("1001 0"));
 }
 
-TEST_F(FmScan, CardFreedByACallbackSilencesTheScan) {
-  for (const std::uint32_t at : {ZELK_EVENT_STARTED, ZELK_EVENT_FOUND, ZELK_EVENT_POSITION}) {
-    for (const bool exchange : {false, true}) {
-      PlugTold(1, {}, {3, 1, 4, 4});
-      atScanEvent = [&](std::uint32_t event, std::uint32_t) {
-        if (event != at) return;
-        exchange ? static_cast<void>(Init()) : ZELK_Free();
-        atScanEvent = [](std::uint32_t, std::uint32_t) {
-          ADD_FAILURE() << "an event after the end";
-        };
-      };
-      EXPECT_EQ(ZELK_FMAllFreqScan(ActOnScanEvent, ZELK_SCAN_START, 0, 0, 98000, 99000), S_OK);
-    }
-  }
-}
-
 TEST_F(FmScan, UnwritableFolderChangesNothing) {
   const auto scan = [&](std::uint32_t type) {
     PlugTold(type, kStation, {0x04});

@@ -1,4 +1,4 @@
-// The TV scan: what it finds on every tuner, its events, and everything that can interrupt it.
+// The TV scan: what it finds on every tuner, its events, and its commands.
 #include <functional>
 
 #include "platform/win32.h"
@@ -156,27 +156,6 @@ TEST_F(TvScan, SecondStartIsRefusedAndAnotherCommandNests) {
   EXPECT_THAT(EventsOf("1001"), ElementsAre("1001 0", "1001 0"));
   EXPECT_THAT(EventsOf("1005"), ElementsAre("1005 0", "1005 0"));
   EXPECT_THAT(EventsOf("1003"), ElementsAre("1003 855000"));
-}
-
-TEST_F(TvScan, CardFreedOrExchangedByACallback) {
-  for (const std::uint32_t at :
-       {ZELK_EVENT_STARTED, ZELK_EVENT_FOUND, ZELK_EVENT_PROGRESS, ZELK_EVENT_POSITION}) {
-    for (const bool exchange : {false, true}) {
-      PlugTv(1, MakeAir({48250, 55250}));
-      scanEvents.clear();
-      bool done = false;
-      atScanEvent = [&](std::uint32_t event, std::uint32_t) {
-        if (event != at || done) return;
-        done = true;
-        exchange ? static_cast<void>(Init()) : ZELK_Free();
-      };
-      EXPECT_EQ(ZELK_AllFreqScan(ActOnScanEvent, ZELK_SCAN_START), S_FALSE);
-      EXPECT_TRUE(done);
-      EXPECT_LE(EventsOf("1003").size(), 1u);
-      EXPECT_LE(EventsOf("1004").size(), 1u);
-      EXPECT_EQ(scanEvents.back(), "1005 0");
-    }
-  }
 }
 
 TEST_F(TvScan, OutsideTvModeNothingIsFoundAndTheBandIsWalked) {
