@@ -370,22 +370,5 @@ TEST_F(FmScan, NestedScanTakesTheCallbackOver) {
   EXPECT_THAT(scanEvents, ElementsAre("1001 0"));
 }
 
-TEST_F(FmScan, UnwritableFolderChangesNothing) {
-  const auto scan = [&](std::uint32_t type) {
-    PlugTold(type, kStation, {0x04});
-    Found(98000, 98400);
-    return scanEvents;
-  };
-  for (const std::uint32_t type : {15u, 1u, 40u}) {
-    const Strings written = scan(type);
-    for (const char* log : {"FMAutoScan.log", "TDA8275.log"}) {
-      std::filesystem::remove(log);
-      std::filesystem::create_directory(log);
-    }
-    EXPECT_EQ(scan(type), written);
-    for (const char* log : {"FMAutoScan.log", "TDA8275.log"}) std::filesystem::remove(log);
-  }
-}
-
 }  // namespace
 }  // namespace zelk::test
