@@ -63,30 +63,25 @@ TEST_F(TvScan, EveryTunerFindsExactlyTheCarriersOnTheAir) {
   }
 }
 
-TEST_F(TvScan, AlpsModulesReportByTheirAfcReading) {
-  // On the raster the reading is 2, 62.5 kHz above it 3.
-  const std::vector<double> carriers = {133250, 183312.5, 475250};
-  for (const std::uint32_t type : {46u, 48u}) {
-    PlugTv(type, MakeAir(carriers, AnalogVideo_NTSC_M));
-    ZELK_put_TVFormat(AnalogVideo_NTSC_M, 1);
-    EXPECT_THAT(ScanTv(), ElementsAre(135000, 183250, 477000)) << type;
-  }
-  PlugTv(47, MakeAir(carriers, AnalogVideo_PAL_B));
-  ZELK_put_TVFormat(AnalogVideo_PAL_B, 49);
-  EXPECT_THAT(ScanTv(), ElementsAre(133250, 183250, 475250));
-}
-
-TEST_F(TvScan, AlpsModulesLeapPastAFoundChannel) {
-  for (const auto& [type, next] : {std::pair{46u, "1004 138500"}, {47u, "1004 139750"}}) {
-    PlugTv(type, MakeAir({133250}, AnalogVideo_NTSC_M));
-    ZELK_put_TVFormat(AnalogVideo_NTSC_M, 1);
+// The carriers' readings are 2 on the raster and 3 62.5 kHz above it.
+TEST_F(TvScan, AlpsModulesReportByTheirAfcReadingAndLeap) {
+  struct Case {
+    std::uint32_t type, standard, country;
+    std::vector<std::string> found;
+    const char* next;  // probe, 5250 or 6500 kHz above the one on 133250
+  };
+  const Case cases[] = {
+      {46, AnalogVideo_NTSC_M, 1, {"1003 135000", "1003 183250", "1003 477000"}, "1004 138500"},
+      {47, AnalogVideo_PAL_B, 49, {"1003 133250", "1003 183250", "1003 475250"}, "1004 139750"},
+      {48, AnalogVideo_NTSC_M, 1, {"1003 135000", "1003 183250", "1003 477000"}, "1004 138500"},
+  };
+  for (const Case& one : cases) {
+    PlugTv(one.type, MakeAir({133250, 183312.5, 475250}, one.standard));
+    ZELK_put_TVFormat(one.standard, one.country);
     scanEvents.clear();
     ZELK_AllFreqScan(RecordScanEvent, ZELK_SCAN_START);
-    // Found at the probe on 133250; the next one lies 5250 or 6500 kHz further up.
-    const auto found = std::find_if(scanEvents.begin(), scanEvents.end(),
-                                    [](const auto& event) { return event.starts_with("1003"); });
-    ASSERT_LT(found + 2, scanEvents.end()) << type;
-    EXPECT_EQ(found[2], next);
+    ASSERT_EQ(EventsOf("1003"), one.found) << one.type;
+    EXPECT_EQ(std::find(scanEvents.begin(), scanEvents.end(), one.found[0])[2], one.next);
   }
 }
 
