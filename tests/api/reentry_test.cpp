@@ -111,104 +111,58 @@ TEST_F(Reentry, CardExchangedInTheMiddleOfAnFmProbe) {
 
 // --- From inside a driver's call ---
 
-// Does something while the card is busy with its nth request.
-class ActingTrace final : public virtual_cards::BusTrace {
+// While the object lives: does something when the card is busy with its nth request.
+class Visit final : public virtual_cards::BusTrace {
  public:
-  ActingTrace(int request, std::function<void()> action)
-      : left_(request), action_(std::move(action)) {}
+  Visit(virtual_cards::VirtualCard& card, int request, std::function<void()> action)
+      : card_(card), left_(request), action_(std::move(action)) {
+    card_.AttachTrace(this);
+  }
+  ~Visit() { card_.AttachTrace(nullptr); }
   void Line(std::string_view) override {
     if (--left_ == 0) action_();
   }
-  bool HasActed() const { return left_ <= 0; }
+  bool HasBeen() const { return left_ <= 0; }
 
  private:
+  virtual_cards::VirtualCard& card_;
   int left_;
   const std::function<void()> action_;
 };
 
-constexpr const char* kEveryTransport[] = {
-    "saa7134,tuner=1",
-    "saa7134,tuner=14,tunerfilter=0",
-    "saa7134,tuner=40",
-    "bt878",
-    "bt878,tuner=14,tunerfilter=0",
-    "bt878-io",
-    "cx2388x,tuner=14",
-    "cx2388x-io,tuner=1",
-    "ql2,tuner=51",
-};
-
-// The object lives until the call has returned, and then nothing of the card is held.
-TEST_F(Reentry, FreeFromInsideADriversCall) {
-  const auto use = [](std::uint32_t* present) {
-    ZELK_TVInit();
-    ZELK_put_TVFormat(AnalogVideo_PAL_B, 36);
-    ZELK_SetFreq(175250, present);
-    ZELK_FMInit();
-    ZELK_FMSetFreq(98000, present);
-  };
-  for (const char* const description : kEveryTransport) {
-    for (int request = 1;; ++request) {
-      PlugReady(description, MakeAir({175250}));
-      int held = -1;
-      ActingTrace trace(request, [&] {
-        ZELK_Free();
-        EXPECT_EQ(ZELK_HWInit(nullptr, nullptr, nullptr, 0), E_FAIL);
-        std::uint32_t type = 77;
-        EXPECT_EQ(ZELK_GetTunerType(&type), E_FAIL);
-        held = Held();
-      });
-      plugged->AttachTrace(&trace);
-      std::uint32_t present = 0;
-      use(&present);
-      plugged->AttachTrace(nullptr);
-      if (!trace.HasActed()) break;
-      EXPECT_NE(held, 0) << description << " request " << request;
-      EXPECT_EQ(Held(), 0) << description << " request " << request;
-      EXPECT_EQ(Init(), S_OK) << description << " request " << request;
-    }
-  }
-}
-
-// A tuning whose card goes meanwhile answers for itself and is not followed by a query.
+// A tuning whose card goes meanwhile answers for itself and is not followed by a query. The object
+// lives until it has returned, and so long there is no other card.
 TEST_F(Reentry, AFreedCardIsAskedNothingMore) {
   PlugReady("saa7134,tuner=1", MakeAir({175250}));
   ZELK_TVInit();
-  ActingTrace trace(1, ZELK_Free);
-  plugged->AttachTrace(&trace);
+  const Visit visit(*plugged, 1, [&] {
+    ZELK_Free();
+    EXPECT_EQ(Init(), E_FAIL);
+    EXPECT_NE(Held(), 0);
+  });
   std::uint32_t present = 77;
   EXPECT_EQ(ZELK_SetFreq(182250, &present), S_OK);
-  EXPECT_TRUE(trace.HasActed());
+  EXPECT_TRUE(visit.HasBeen());
   EXPECT_EQ(present, 77u);
+  EXPECT_EQ(Held(), 0);
   EXPECT_EQ(ZELK_SetFreq(182250, &present), E_FAIL);
 }
 
 // ZELK_Free and ZELK_HWInit end a ZELK_HWInit that is under way: no other family is tried.
 TEST_F(Reentry, FreeOrInitFromInsideInit) {
-  for (const bool again : {false, true}) {
+  const auto init = [&] { EXPECT_EQ(Init(), E_FAIL); };
+  for (const std::function<void()>& action : {std::function<void()>(ZELK_Free), {init}}) {
     for (const char* const description : {"saa7134,tuner=47", "bt878", "cx2388x", "ql2"}) {
       for (int request = 1;; ++request) {
         Unplug();
         plugged = virtual_cards::CreateCard(description, {});
         library.AlpsTsez = 7;
-        ActingTrace trace(request, [&] {
-          if (again) {
-            EXPECT_EQ(Init(), E_FAIL);
-          } else {
-            ZELK_Free();
-          }
-        });
-        plugged->AttachTrace(&trace);
+        const Visit visit(*plugged, request, action);
         const HRESULT result = Init();
-        plugged->AttachTrace(nullptr);
-        if (!trace.HasActed()) break;
-        SCOPED_TRACE(std::string(description) + " request " + std::to_string(request));
-        EXPECT_EQ(result, E_FAIL);
-        EXPECT_EQ(Held(), 0);
+        if (!visit.HasBeen()) break;
+        EXPECT_EQ(result, E_FAIL) << description << " request " << request;
+        EXPECT_EQ(Held(), 0) << description << " request " << request;
         EXPECT_EQ(library.AlpsTsez, 7);
-        std::uint32_t type = 0;
-        EXPECT_EQ(ZELK_GetTunerType(&type), E_FAIL);
-        EXPECT_EQ(Init(), S_OK);
       }
     }
   }
@@ -217,18 +171,13 @@ TEST_F(Reentry, FreeOrInitFromInsideInit) {
 TEST_F(Reentry, FreeAndInitFromInsideFreeDoNothing) {
   for (const char* const description : {"bt878-io", "cx2388x-io,tuner=1"}) {
     PlugReady(description);
-    int calls = 0;
-    ActingTrace trace(1, [&] {
-      ++calls;
+    const Visit visit(*plugged, 1, [&] {
       ZELK_Free();
-      EXPECT_EQ(ZELK_HWInit(nullptr, nullptr, nullptr, 0), E_FAIL);
+      EXPECT_EQ(Init(), E_FAIL);
     });
-    plugged->AttachTrace(&trace);
     ZELK_Free();
-    plugged->AttachTrace(nullptr);
-    EXPECT_EQ(calls, 1);
+    EXPECT_TRUE(visit.HasBeen());
     EXPECT_EQ(Held(), 0);
-    EXPECT_EQ(Init(), S_OK);
   }
 }
 
