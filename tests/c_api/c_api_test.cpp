@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -52,20 +50,16 @@ TEST_F(CApi, EveryKindCanBePluggedIn) {
 }
 
 TEST_F(CApi, PlaysWhatTheAirSays) {
-  const auto file = std::filesystem::temp_directory_path() / "zelk_c_api_test.json";
-  std::ofstream(file) << R"({"place": "Hill", "raster": "pal-bg", "fm": [],
-    "tv": [{"channel": "E6", "station": "Relay", "level_dbuv": 60}]})";
-  Plug("saa7134,tuner=14", file.string().c_str());
-  std::filesystem::remove(file);
+  Plug("saa7134,tuner=5", "us-city");
   ASSERT_EQ(Init(), ZELK_S_OK);
   EXPECT_EQ(ZELK_TVInit(), ZELK_S_OK);
-  EXPECT_EQ(ZELK_put_TVFormat(0x10, 49), ZELK_S_OK);
+  EXPECT_EQ(ZELK_put_TVFormat(0x1, 1), ZELK_S_OK);
   uint32_t present = 0;
   const uint64_t before = ZELKV_ClockMilliseconds();
-  EXPECT_EQ(ZELK_SetFreq(182250, &present), ZELK_S_OK);
+  EXPECT_EQ(ZELK_SetFreq(175250, &present), ZELK_S_OK);
   EXPECT_EQ(present, 1U);
   EXPECT_GE(ZELKV_ClockMilliseconds() - before, 80U) << "the card and the library share one clock";
-  EXPECT_EQ(ZELK_SetFreq(175250, &present), ZELK_S_OK);
+  EXPECT_EQ(ZELK_SetFreq(181250, &present), ZELK_S_OK);
   EXPECT_EQ(present, 0U);
 }
 
