@@ -1,5 +1,5 @@
-#include "tests/record/flows.h"
-#include "tests/record/recorder.h"
+#include "bench/record/flows.h"
+#include "bench/record/recorder.h"
 
 namespace zelk::record {
 

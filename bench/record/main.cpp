@@ -6,12 +6,12 @@
 #include <iostream>
 #include <set>
 
+#include "bench/record/cards.h"
+#include "bench/record/flows.h"
+#include "bench/record/recorder.h"
 #include "platform/com_apartment.h"
 #include "platform/control.h"
 #include "platform/vamp.h"
-#include "tests/record/cards.h"
-#include "tests/record/flows.h"
-#include "tests/record/recorder.h"
 #include "tests/support/temp_folder.h"
 
 namespace zelk::record {

@@ -1,11 +1,11 @@
-#include "tests/record/cards.h"
+#include "bench/record/cards.h"
 
 #include <algorithm>
 #include <set>
 #include <utility>
 
+#include "bench/record/recorder.h"
 #include "platform/dshow.h"
-#include "tests/record/recorder.h"
 #include "virtual_cards/cards/bt878_card.h"
 #include "virtual_cards/cards/cx2388x_card.h"
 #include "virtual_cards/cards/ql2_card.h"

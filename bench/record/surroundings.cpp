@@ -1,8 +1,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tests/record/flows.h"
-#include "tests/record/recorder.h"
+#include "bench/record/flows.h"
+#include "bench/record/recorder.h"
 
 namespace zelk::record {
 

@@ -1,4 +1,4 @@
-#include "tests/record/recorder.h"
+#include "bench/record/recorder.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,9 +1,9 @@
 #include <functional>
 #include <string>
 
+#include "bench/record/flows.h"
+#include "bench/record/recorder.h"
 #include "platform/win32.h"
-#include "tests/record/flows.h"
-#include "tests/record/recorder.h"
 
 namespace zelk::record {
 

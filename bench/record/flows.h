@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "ZElkAPI.h"
-#include "tests/record/cards.h"
+#include "bench/record/cards.h"
 
 namespace zelk::record {
 
