@@ -21,8 +21,11 @@ std::unique_ptr<VirtualCard> card;
 Air air;
 
 template <class Card, class Options>
-SetUp Made(std::string name, const Options& options) {
-  return {std::move(name), [options](Air air) { return Card::Create(options, std::move(air)); }};
+using Factory = std::unique_ptr<Card> (*)(const Options&, Air);
+
+template <class Card, class Options>
+SetUp Made(std::string name, Factory<Card, Options> create, const Options& options) {
+  return {std::move(name), [=](Air air) { return create(options, std::move(air)); }};
 }
 
 using Eeprom = std::array<std::uint8_t, 256>;
@@ -38,6 +41,7 @@ Eeprom EepromWith(std::initializer_list<std::pair<int, int>> bytes) {
 // I/O libraries that are out of order. Bt878 and CX2388x boards have options of the same names.
 template <class Card, class Options>
 void AddFaultyLibraries(std::vector<SetUp>& setUps, const std::string& kind,
+                        Factory<Card, Options> create,
                         const std::vector<std::string>& entryPoints) {
   const auto add = [&](const std::string& what, bool initFails, bool i2cFails,
                        const std::vector<std::string>& missing) {
@@ -46,7 +50,7 @@ void AddFaultyLibraries(std::vector<SetUp>& setUps, const std::string& kind,
     options.initFails = initFails;
     options.i2cFails = i2cFails;
     options.missingEntryPoints = missing;
-    setUps.push_back(Made<Card>(kind + ' ' + what, options));
+    setUps.push_back(Made(kind + ' ' + what, create, options));
   };
   add("init fails", true, false, {});
   add("i2c fails", false, true, {});
@@ -103,22 +107,21 @@ std::vector<SetUp> EverySetUp() {
       setUps.push_back(Described(kind + std::string(option)));
     }
   }
-  AddFaultyLibraries<Bt878Card, Bt878Options>(
-      setUps, "bt878-io",
+  AddFaultyLibraries(
+      setUps, "bt878-io", Bt878Card::Create,
       {"INIT_IO", "FREE_IO", "I2CISINITOK", "I2CINITSWMODE", "I2CSWSTART", "I2CSWWRITE",
        "I2CSWREAD", "I2CSWSTOP", "READDECODER", "SETGPIEBIT", "GETGPDATABITS"});
-  AddFaultyLibraries<Cx2388xCard, Cx2388xOptions>(
-      setUps, "cx2388x-io",
-      {"InitIO", "FreeIO", "I2CIsInitOK", "I2CInitSWMode", "I2CSWStart", "I2CSWWrite", "I2CSWRead",
-       "I2CSWStop", "ReadDecoder", "SetGPIEBit", "GetGPDataBits", "SetGPIOPort", "GetGPData",
-       "SetGPData"});
+  AddFaultyLibraries(setUps, "cx2388x-io", Cx2388xCard::Create,
+                     {"InitIO", "FreeIO", "I2CIsInitOK", "I2CInitSWMode", "I2CSWStart",
+                      "I2CSWWrite", "I2CSWRead", "I2CSWStop", "ReadDecoder", "SetGPIEBit",
+                      "GetGPDataBits", "SetGPIOPort", "GetGPData", "SetGPData"});
   describe("ql2,tuner=", {10, 11, 16, 17, 24, 25, 26, 48, 49, 50, 51, 52, 53, 60});
   setUps.push_back(Described("ql2,tunerinfo=0"));
   setUps.push_back(Described("ql2,pin=videoinfo2"));
-  setUps.push_back(Made<Ql2Card>("ql2 without capture", Ql2Options{.captureDevice = false}));
-  setUps.push_back(Made<Ql2Card>("ql2 without tuner", Ql2Options{.tunerDevice = false}));
-  setUps.push_back(Made<Ql2Card>("ql2 without encoder", Ql2Options{.encoderDevice = false}));
-  setUps.push_back(Made<Ql2Card>("ql2 without TV audio", Ql2Options{.tvAudio = false}));
+  setUps.push_back(Made("ql2 without capture", Ql2Card::Create, {.captureDevice = false}));
+  setUps.push_back(Made("ql2 without tuner", Ql2Card::Create, {.tunerDevice = false}));
+  setUps.push_back(Made("ql2 without encoder", Ql2Card::Create, {.encoderDevice = false}));
+  setUps.push_back(Made("ql2 without TV audio", Ql2Card::Create, {.tvAudio = false}));
   return setUps;
 }
 
@@ -143,31 +146,26 @@ std::vector<SetUp> EveryBoard() {
   std::vector<SetUp> boards;
   for (int i = 0; i < 256; ++i) {
     const auto word = static_cast<std::uint32_t>(i);
-    const auto add = [&]<class Card>(std::type_identity<Card>, const std::string& what,
-                                     const auto& options) {
-      boards.push_back(Made<Card>(what + " = " + Hex(word), options));
+    const auto add = [&](const std::string& what, auto create, const auto& options) {
+      boards.push_back(Made(what + " = " + Hex(word), create, options));
     };
-    constexpr std::type_identity<Saa713xCard> saa713x;
-    constexpr std::type_identity<Bt878Card> bt878;
-    constexpr std::type_identity<Cx2388xCard> cx2388x;
-    constexpr std::type_identity<Ql2Card> ql2;
     const auto eeprom = [](int at) { return "eeprom " + Hex(static_cast<std::uint32_t>(at)); };
-    add(saa713x, "saa713x board", Saa713xOptions{.boardConfig = word});
-    add(saa713x, "saa713x option", Saa713xOptions{.boardConfig = word << 8 | 1});
-    add(ql2, "ql2 tuner", Ql2Options{.tunerCode = word});
+    add("saa713x board", Saa713xCard::Create, Saa713xOptions{.boardConfig = word});
+    add("saa713x option", Saa713xCard::Create, Saa713xOptions{.boardConfig = word << 8 | 1});
+    add("ql2 tuner", Ql2Card::Create, Ql2Options{.tunerCode = word});
     for (const int at : {0x20, 0x21, 0x22}) {
-      add(saa713x, "saa713x " + eeprom(at),
+      add("saa713x " + eeprom(at), Saa713xCard::Create,
           Saa713xOptions{.tunerType = 5, .eeprom = EepromWith({{at, i}})});
     }
     for (const int at : {0x41, 0x42, 0xFD}) {
       // The installer wrote down what a missing EEPROM would have held.
       const auto image = EepromWith({{0x41, 0x60}, {0x42, 0}, {0xFD, 1}, {at, i}});
-      add(bt878, "bt878 " + eeprom(at), Bt878Options{.eeprom = image});
-      add(bt878, "bt878-io " + eeprom(at),
+      add("bt878 " + eeprom(at), Bt878Card::Create, Bt878Options{.eeprom = image});
+      add("bt878-io " + eeprom(at), Bt878Card::Create,
           Bt878Options{.ioLibrary = true, .eeprom = image, .eepromState = EepromState::kMissing});
     }
     for (const int at : {0x06, 0x42}) {
-      add(cx2388x, "cx2388x " + eeprom(at),
+      add("cx2388x " + eeprom(at), Cx2388xCard::Create,
           Cx2388xOptions{.eeprom = EepromWith({{0x06, 1}, {0x42, 0}, {at, i}})});
     }
   }
