@@ -31,8 +31,6 @@ void Surroundings();
 void ZELK_CALL OnScanEvent(std::uint32_t event, std::uint32_t value, std::uint32_t extra);
 // What else is to be done at each event.
 extern std::function<void(std::uint32_t event)> atEvent;
-// Done by a window procedure, when the thread's messages are next looked at.
-void PostToWindow(std::function<void()> act);
 // The next scan is stopped after so many events; 0 lets it end by itself.
 void LimitScan(std::uint32_t events);
 void ScanTv(std::uint32_t events = 0);

@@ -1,5 +1,6 @@
 #include "bench/record/flows.h"
 #include "bench/record/recorder.h"
+#include "tests/support/message_window.h"
 
 namespace zelk::record {
 
@@ -89,6 +90,7 @@ std::vector<Moment> Moments() {
 
 void Run(const SetUp& setUp, const Scan& scan, const Moment& moment,
          const Interruption& interruption) {
+  static test::MessageWindow window;
   Exchange(setUp);
   InitCard();
   scan.prepare();
@@ -96,9 +98,13 @@ void Run(const SetUp& setUp, const Scan& scan, const Moment& moment,
   bool done = false;
   atEvent = [&](std::uint32_t event) {
     if (event == ZELK_EVENT_POSITION) ++positions;
-    const auto act = [&] { interruption.act(scan); };
+    const auto act = [run = interruption.act, &scan] { run(scan); };
     if (done || !(done = event == moment.event || positions == moment.messageAfter)) return;
-    event == moment.event ? act() : PostToWindow(act);
+    if (event == moment.event) return act();
+    window.AtNextMessage([act] {
+      recorder->Note("message");
+      act();
+    });
   };
   LimitScan(kEvents);
   scan.start(ZELK_SCAN_START);

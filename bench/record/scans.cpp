@@ -1,39 +1,15 @@
-#include <functional>
-#include <string>
-
 #include "bench/record/flows.h"
 #include "bench/record/recorder.h"
-#include "platform/win32.h"
 
 namespace zelk::record {
 
 namespace {
 
 std::uint32_t eventsLeft;  // 0: no limit
-std::function<void()> atMessage;
-
-LRESULT CALLBACK WindowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message != WM_APP) return DefWindowProcA(window, message, wParam, lParam);
-  recorder->Note("message");
-  atMessage();
-  return 0;
-}
 
 }  // namespace
 
 std::function<void(std::uint32_t event)> atEvent;
-
-void PostToWindow(std::function<void()> act) {
-  atMessage = std::move(act);
-  static const HWND window = [] {
-    WNDCLASSA windowClass = {};
-    windowClass.lpfnWndProc = WindowProcedure;
-    windowClass.lpszClassName = "record";
-    RegisterClassA(&windowClass);
-    return CreateWindowExA(0, "record", "", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-  }();
-  PostMessageA(window, WM_APP, 0, 0);
-}
 
 void ZELK_CALL OnScanEvent(std::uint32_t event, std::uint32_t value, std::uint32_t extra) {
   recorder->Event(event, value, extra);
