@@ -104,10 +104,7 @@ TEST_F(FmSiliconTest, SetUpAndTime) {
   Sleep(60);
   EXPECT_TRUE(Deaf(*on));
   Tune(*on, 0xD8);
-  Sleep(49);
-  EXPECT_TRUE(Deaf(*on));
-  Sleep(1);
-  EXPECT_FALSE(Deaf(*on));
+  EXPECT_EQ(Around(50, [&] { return Deaf(*on); }), std::pair(true, false));
 }
 
 }  // namespace

@@ -38,12 +38,9 @@ TEST_F(FmTunerTest, EveryModuleBySelectingItsFmSection) {
     for (const auto& [types, words] : modules) {
       const bool own = testing::Matches(testing::Contains(type))(types);
       for (const Bytes& bytes : words) {
-        Fit(type, FmAirWith(kTunedKHz));
-        WriteAndWait(0xC2, bytes);
+        const int status = Tuned(type, FmAirWith(kTunedKHz), bytes);
         EXPECT_EQ(can_->TunedKHz() == kTunedKHz, own) << type << testing::PrintToString(bytes);
-        if (own) {
-          EXPECT_EQ(Read(0xC2) & kInLock, kInLock) << type;
-        }
+        EXPECT_TRUE(!own || status & kInLock) << type;
       }
     }
   }
@@ -68,11 +65,9 @@ TEST_F(FmTunerTest, AfcAndLevelAtTheConverter) {
 // The last modules choose the converter's input by bits 7 and 5.
 TEST_F(FmTunerTest, ConverterInputOfTheLastModules) {
   for (const std::uint32_t type : {44u, 45u}) {
-    Fit(type, FmAirWith(kTunedKHz - 62.5, false));
-    for (const auto& [band, reading] : {std::pair{0x91, 1}, {0x31, 1}, {0x11, 4}}) {
-      WriteAndWait(0xC2, {0x08, 0x7E, 0xC8, static_cast<std::uint8_t>(band)});
-      EXPECT_EQ(Read(0xC2), kInLock | reading) << band;
-    }
+    for (const auto& [band, reading] : {std::pair{std::uint8_t{0x91}, 1}, {0x31, 1}, {0x11, 4}})
+      EXPECT_EQ(Tuned(type, FmAirWith(kTunedKHz - 62.5, false), {0x08, 0x7E, 0xC8, band}),
+                kInLock | reading);
   }
 }
 
@@ -97,34 +92,27 @@ TEST_F(FmTunerTest, WrongBytesAreDeaf) {
       {30, {0x08, 0x7E, 0x88, 0xA5}, kInLock | 4},  // the usual IF: 67.45 MHz
   };
   for (const auto& [type, bytes, status] : cases) {
-    Fit(type, FmAirWith(kTunedKHz));
-    WriteAndWait(0xC2, bytes);
-    EXPECT_EQ(Read(0xC2), status) << type << testing::PrintToString(bytes);
+    EXPECT_EQ(Tuned(type, FmAirWith(kTunedKHz), bytes), status)
+        << type << testing::PrintToString(bytes);
   }
 }
 
 TEST_F(FmTunerTest, ReadingsNeedTheirTime) {
+  const auto status = [&] { return Read(0xC2); };
   Fit(1, FmAirWith(kTunedKHz));
   Write(0xC2, {0x08, 0x7E, 0x88, 0xA5});
-  Sleep(49);
-  EXPECT_EQ(Read(0xC2), 4);
-  Sleep(1);
-  EXPECT_EQ(Read(0xC2), kInLock | kStereo | 2);
+  EXPECT_EQ(Around(50, status), std::pair(4, kInLock | kStereo | 2));
   Write(0xC2, {0x08, 0x7E, 0x88, 0xA4});
   EXPECT_EQ(Read(0xC2), 0);
   // A loop that moves a little is soon in lock again.
   Sleep(50);
   Write(0xC2, {0x08, 0x7D});
-  Sleep(9);
-  EXPECT_EQ(Read(0xC2) & kInLock, 0);
-  Sleep(1);
-  EXPECT_EQ(Read(0xC2) & kInLock, kInLock);
+  EXPECT_EQ(Around(10, status), std::pair(0, kInLock | kStereo | 4));
 }
 
 // A TV carrier on the same frequency is no station, and FM never shows a picture.
 TEST_F(FmTunerTest, TelevisionAndFmDoNotMix) {
-  Fit(1, AirWith(kTunedKHz));
-  EXPECT_EQ(ReadingOf(0xA5), kInLock | 4);
+  EXPECT_EQ(Tuned(1, AirWith(kTunedKHz), {0x08, 0x7E, 0x88, 0xA5}), kInLock | 4);
   EXPECT_FALSE(ShowsAPicture());
 }
 
@@ -220,19 +208,14 @@ TEST_F(FmDemodulatorTest, ReadingsNeedTheirTime) {
     EXPECT_EQ(Read(0x86), kFound);
     if (retuned) Write(0xC2, {0x08, 0x60});
     Write(retuned ? 0xC2 : 0x86, retuned ? Bytes{0x08, 0x7E} : Bytes{0x00, 0x4E});
-    Sleep(49);
-    EXPECT_EQ(Read(0x86), kNothingFound);
-    EXPECT_EQ(Read(0xC2) & 7, 0);
-    Sleep(1);
-    EXPECT_EQ(Read(0xC2) & 7, 4);
+    const auto levelAndStatus = [&] { return std::pair(Read(0xC2) & 7, Read(0x86)); };
+    EXPECT_EQ(Around(50, levelAndStatus),
+              std::pair(std::pair(0, kNothingFound), std::pair(4, kFound)));
   }
   // A loop that moves a little stays in lock.
   Write(0xC2, {0x08, 0x7D});
   Write(0xC2, {0x08, 0x7E});
-  Sleep(9);
-  EXPECT_EQ(Read(0x86), kNothingFound);
-  Sleep(1);
-  EXPECT_EQ(Read(0x86), kFound);
+  EXPECT_EQ(Around(10, [&] { return Read(0x86); }), std::pair(kNothingFound, kFound));
 }
 
 }  // namespace

@@ -104,10 +104,7 @@ TEST_F(IfDemodulatorTest, ReadingsNeedTheirTime) {
 
   Fit(0);
   Write(0x86, {0x00, 0x16, 0x70, 0x49});
-  Sleep(49);
-  EXPECT_EQ(Read(0x86), kDeaf);
-  Sleep(1);
-  EXPECT_EQ(Read(0x86), kGood);
+  EXPECT_EQ(Around(50, [&] { return Read(0x86); }), std::pair(kDeaf, kGood));
   Write(0xC2, {0x0D, 0x62, 0xCE, 0x02});  // a retune disturbs it as well
   EXPECT_EQ(Read(0x86), kDeaf);
 }

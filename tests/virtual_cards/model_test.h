@@ -46,6 +46,14 @@ class ModelTest : public testing::Test {
     EXPECT_TRUE(Write(address, bytes));
     Sleep(60);
   }
+  // What `read` answers a millisecond before the time has passed, and when it has.
+  template <class Read>
+  static auto Around(DWORD milliseconds, Read read) {
+    Sleep(milliseconds - 1);
+    const auto before = read();
+    Sleep(1);
+    return std::pair(before, read());
+  }
   // One byte, or -1 when nobody acknowledges.
   int Read(std::uint8_t address) {
     std::uint8_t byte = 0;
@@ -69,6 +77,12 @@ class TunerModuleTest : public ModelTest {
     can_->AttachTo(bus_);
     Read(address);  // both end the power-on state
     Read(0x86);
+  }
+  // What the PLL of a module reads that has just been fitted, once it has settled on these bytes.
+  int Tuned(std::uint32_t tunerType, Air air, const Bytes& bytes) {
+    Fit(tunerType, std::move(air));
+    WriteAndWait(PllTuner::kAddress, bytes);
+    return Read(PllTuner::kAddress);
   }
   bool ShowsAPicture() const { return can_->Picture() != nullptr; }
 

@@ -114,10 +114,7 @@ TEST_F(SiliconTunerTest, LockNeedsItsTimeAndPower) {
   TuneA();
   Write(0x96, {0x21, 0xC0});
   Write(0xC2, {0x30, 0x10});
-  Sleep(59);
-  EXPECT_EQ(ReadAt(0x96, 0x1B), 0x40);
-  Sleep(1);
-  EXPECT_EQ(ReadAt(0x96, 0x1B), 0x80);
+  EXPECT_EQ(Around(60, [&] { return ReadAt(0x96, 0x1B); }), std::pair(0x40, 0x80));
   frontEnd_->SetPowered(false);
   EXPECT_EQ(ReadAt(0x96, 0x1B), 0x40);
   EXPECT_FALSE(Write(0xC2, {0x30, 0x10}));

@@ -11,6 +11,8 @@ constexpr double kTunedKHz = 175225;
 constexpr int kInLock = 0x40;
 constexpr int kNoCarrier = kInLock | 4;
 
+const Bytes kTuning = {0x0D, 0x62, 0xCE, 0x90};
+
 using TunerCanTest = TunerModuleTest;
 
 TEST_F(TunerCanTest, AfcFollowsTheCarrier) {
@@ -19,9 +21,7 @@ TEST_F(TunerCanTest, AfcFollowsTheCarrier) {
       {-92, 1, true},      {-62.5, 1, true}, {-30, 2, true},   {30, 2, true},   {62.5, 3, true},
       {92, 3, true},       {125, 4, true},   {900, 4, false}};
   for (const auto& [offsetKHz, afc, picture] : cases) {
-    Fit(1, AirWith(kTunedKHz + offsetKHz));
-    WriteAndWait(0xC2, {0x0D, 0x62, 0xCE, 0x90});
-    EXPECT_EQ(Read(0xC2), kInLock | afc) << offsetKHz;
+    EXPECT_EQ(Tuned(1, AirWith(kTunedKHz + offsetKHz), kTuning), kInLock | afc) << offsetKHz;
     EXPECT_EQ(ShowsAPicture(), picture) << offsetKHz;
   }
 }
@@ -35,8 +35,7 @@ TEST_F(TunerCanTest, ReferenceStepAndByteOrder) {
       {{0x0D, 0x62, 0x8A, 0xA0}, 68162.5}, {{0x0D, 0x62, 0xCF, 0x90}, 0},
       {{0x0D, 0x62, 0x4E, 0x90}, 0},       {{0x0D, 0x62}, 0}};
   for (const auto& [bytes, tunedKHz] : cases) {
-    Fit(1, AirWith(tunedKHz));
-    WriteAndWait(0xC2, bytes);
+    Tuned(1, AirWith(tunedKHz), bytes);
     EXPECT_DOUBLE_EQ(can_->TunedKHz(), tunedKHz);
     EXPECT_EQ(ShowsAPicture(), tunedKHz > 0);
   }
@@ -53,25 +52,17 @@ TEST_F(TunerCanTest, BandSwitchesMustCoverTheFrequency) {
       {46, {0x08, 0x10, 0xCE, 0x01}, true}, {46, {0x08, 0x10, 0xCE, 0x11}, true},
       {46, {0x08, 0x10, 0xCE, 0x02}, false}};
   for (const auto& [type, bytes, heard] : cases) {
-    Fit(type, {});
-    WriteAndWait(0xC2, bytes);
+    EXPECT_EQ((Tuned(type, {}, bytes) & kInLock) != 0, heard);
     EXPECT_EQ(can_->TunedKHz() > 0, heard) << type << testing::PrintToString(bytes);
-    EXPECT_EQ((Read(0xC2) & kInLock) != 0, heard);
   }
 }
 
 TEST_F(TunerCanTest, ReadingsNeedTheirTime) {
   Fit(1, AirWith(kTunedKHz));
-  Write(0xC2, {0x0D, 0x62, 0xCE, 0x90});
-  Sleep(49);
-  EXPECT_EQ(Read(0xC2), 4);
-  Sleep(1);
-  EXPECT_EQ(Read(0xC2), kInLock | 2);
-  Sleep(9);
-  EXPECT_FALSE(ShowsAPicture());
-  Sleep(1);
-  EXPECT_TRUE(ShowsAPicture());
-  Write(0xC2, {0x0D, 0x62, 0xCE, 0x90});  // writing the same again starts anew
+  Write(0xC2, kTuning);
+  EXPECT_EQ(Around(50, [&] { return Read(0xC2); }), std::pair(4, kInLock | 2));
+  EXPECT_EQ(Around(10, [&] { return ShowsAPicture(); }), std::pair(false, true));
+  Write(0xC2, kTuning);  // writing the same again starts anew
   EXPECT_EQ(Read(0xC2), 4);
   EXPECT_FALSE(ShowsAPicture());
 }
@@ -83,26 +74,16 @@ TEST_F(TunerCanTest, PowerOnFlagEndsWithTheFirstStatus) {
   EXPECT_EQ(Read(0xC2), 0x04);
 }
 
-TEST_F(TunerCanTest, BoardsChooseTheBusAddress) {
-  Fit(1, AirWith(kTunedKHz), PllTuner::kOtherAddress);
-  EXPECT_FALSE(Write(0xC2, {0x0D, 0x62, 0xCE, 0x90}));
-  WriteAndWait(0xC0, {0x0D, 0x62, 0xCE, 0x90});
-  EXPECT_EQ(Read(0xC0), kInLock | 2);
-  EXPECT_EQ(Read(0xC2), -1);
-}
-
 TEST_F(TunerCanTest, WeakCarriersAreNotReceived) {
   for (const double level : {39.0, 41.0}) {
-    Fit(1, AirWith(kTunedKHz, AnalogVideo_PAL_B, level));
-    WriteAndWait(0xC2, {0x0D, 0x62, 0xCE, 0x90});
-    EXPECT_EQ(Read(0xC2), level > 40 ? kInLock | 2 : kNoCarrier);
+    EXPECT_EQ(Tuned(1, AirWith(kTunedKHz, AnalogVideo_PAL_B, level), kTuning),
+              level > 40 ? kInLock | 2 : kNoCarrier);
     EXPECT_EQ(ShowsAPicture(), level > 40);
   }
 }
 
 TEST_F(TunerCanTest, PowerDownIsSilentAndKeepsRegisters) {
-  Fit(1, AirWith(kTunedKHz));
-  WriteAndWait(0xC2, {0x0D, 0x62, 0xCE, 0x90});
+  Tuned(1, AirWith(kTunedKHz), kTuning);
   can_->SetPowered(false);
   EXPECT_FALSE(Write(0xC2, {0x0D, 0x63, 0xCE, 0x90}));
   EXPECT_EQ(Read(0xC2), -1);
@@ -121,8 +102,7 @@ TEST_F(TunerCanTest, ModulationSense) {
       {3, 0x93, AnalogVideo_PAL_B, false},
       {1, 0x92, AnalogVideo_SECAM_L, false}};
   for (const auto& [type, band, standard, picture] : cases) {
-    Fit(type, AirWith(kTunedKHz, standard));
-    WriteAndWait(0xC2, {0x0D, 0x62, 0x8E, band});
+    Tuned(type, AirWith(kTunedKHz, standard), {0x0D, 0x62, 0x8E, band});
     EXPECT_EQ(ShowsAPicture(), picture) << type << ' ' << int{band};
   }
 }
@@ -145,8 +125,7 @@ TEST_F(TunerCanTest, WhereAfcIsRead) {
   EXPECT_EQ(Read(0xC2), kNoCarrier);
   EXPECT_EQ(Read(0xC0), -1);
 
-  Fit(47, AirWith(kTunedKHz + 62.5));
-  WriteAndWait(0xC2, {0x0D, 0x62, 0xCE, 0x02});
+  Tuned(47, AirWith(kTunedKHz + 62.5), {0x0D, 0x62, 0xCE, 0x02});
   EXPECT_EQ(Read(0xC1), kNoCarrier) << "the demodulator is not set up";
   WriteAndWait(0x86, {0x00, 0xD6, 0x70, 0x09});
   EXPECT_EQ(Read(0xC1), kInLock | 3);
@@ -157,7 +136,7 @@ TEST_F(TunerCanTest, WhereAfcIsRead) {
 TEST_F(TunerCanTest, FmDemodulatorDoesNotTouchThePicture) {
   Fit(0, AirWith(kTunedKHz));
   EXPECT_TRUE(Write(0x86, {0x00, 0x4E, 0x90, 0x4B}));
-  WriteAndWait(0xC2, {0x0D, 0x62, 0xCE, 0x90});
+  WriteAndWait(0xC2, kTuning);
   EXPECT_TRUE(ShowsAPicture());
   Fit(1, AirWith(kTunedKHz));
   EXPECT_FALSE(Write(0x86, {0x00, 0x4E, 0x90, 0x4B}));
