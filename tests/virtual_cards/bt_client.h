@@ -1,5 +1,5 @@
 // A Bt878 or CX2388x card, spoken to as a driver library does: by request blocks filled in byte by
-// byte, and through an I/O library.
+// byte.
 #pragma once
 
 #include <cstring>
@@ -74,54 +74,6 @@ struct BtClient : CardClient {
     code = Set(4, block);
     return block;
   }
-};
-
-// An I/O library as GetProcAddress finds it. `Names` are the entry points that both have.
-class IoClient {
- public:
-  struct Names {
-    const char *file, *init, *free, *isInitOk, *initSwMode, *start, *write, *read, *stop, *decoder;
-  };
-
-  explicit IoClient(const Names& names) : names_(names), module_(LoadLibraryA(names.file)) {}
-  ~IoClient() {
-    if (module_) FreeLibrary(module_);
-  }
-  IoClient(const IoClient&) = delete;
-  IoClient& operator=(const IoClient&) = delete;
-
-  bool Loaded() const { return module_ != nullptr; }
-  template <class Result, class... Arguments>
-  Result Call(const char* name, Arguments... arguments) const {
-    const FARPROC address = GetProcAddress(module_, name);
-    if (!address) throw std::runtime_error(std::string(name) + " is missing");
-    return reinterpret_cast<Result (*)(Arguments...)>(reinterpret_cast<void (*)()>(address))(
-        arguments...);
-  }
-
-  int Init() const { return Call<int>(names_.init); }
-  void Free() const { Call<void>(names_.free); }
-  int IsInitOk() const { return Call<int>(names_.isInitOk); }
-  void InitSwMode(int hertz = 100000) const { Call<void>(names_.initSwMode, hertz); }
-  BYTE Read() const {
-    BYTE byte = 0x55;
-    Call<void>(names_.read, &byte);
-    return byte;
-  }
-  int Decoder(int index) const { return Call<int>(names_.decoder, index); }
-
-  // A whole write; how many bytes were acknowledged, the address among them.
-  int Transfer(const std::vector<int>& bytes) const {
-    int acknowledged = 0;
-    Call<void>(names_.start);
-    for (const int byte : bytes) acknowledged += Call<int>(names_.write, byte);
-    Call<void>(names_.stop);
-    return acknowledged;
-  }
-
- private:
-  const Names& names_;
-  const HMODULE module_;
 };
 
 }  // namespace zelk::virtual_cards
