@@ -1,4 +1,7 @@
 // The bus, also when it is driven step by step, and the EEPROM on it.
+#include <sstream>
+#include <string>
+
 #include "model_test.h"
 #include "virtual_cards/chips/dying_chip.h"
 #include "virtual_cards/chips/eeprom.h"
@@ -32,12 +35,26 @@ class I2cStepsTest : public ModelTest {
  protected:
   I2cStepsTest() { bus_.Attach(0xC2, &chip_); }
 
-  // A start and then these bytes; how many of them were acknowledged.
-  int StartAndWrite(const Bytes& bytes) {
-    int acknowledged = 0;
-    steps_.Start();
-    for (const std::uint8_t byte : bytes) acknowledged += steps_.Write(byte);
-    return acknowledged;
+  // Plays S for a start, P for a stop, L for a byte that goes astray, R for a read, and bytes to be
+  // written. What came of it: + or - for each byte written, and what was read.
+  std::string Play(const std::string& script) {
+    std::istringstream steps(script);
+    std::ostringstream heard;
+    for (std::string step; steps >> step;) {
+      if (step == "S") {
+        steps_.Start();
+      } else if (step == "P") {
+        steps_.Stop();
+      } else if (step == "L") {
+        steps_.Lose();
+      } else if (step == "R") {
+        heard << int{steps_.Read()};
+      } else {
+        heard << (steps_.Write(static_cast<std::uint8_t>(std::stoi(step, nullptr, 16))) ? '+'
+                                                                                        : '-');
+      }
+    }
+    return heard.str();
   }
 
   Witness chip_;
@@ -45,41 +62,25 @@ class I2cStepsTest : public ModelTest {
 };
 
 TEST_F(I2cStepsTest, WritesArriveAsOneTransferAtItsEnd) {
-  EXPECT_EQ(StartAndWrite({0xC2, 0x0B, 0x2C}), 3);
+  EXPECT_EQ(Play("S C2 0B 2C"), "+++");
   EXPECT_THAT(chip_.transfers, IsEmpty());
-  EXPECT_EQ(StartAndWrite({0xC3}), 1);
+  // An address alone is no transfer.
+  EXPECT_EQ(Play("S C3 R R P S C2 P P"), "+12+");
   EXPECT_THAT(chip_.transfers, ElementsAre(ElementsAre(0x0B, 0x2C)));
-  EXPECT_EQ(steps_.Read(), 1);
-  EXPECT_EQ(steps_.Read(), 2);
-  steps_.Stop();
-  EXPECT_EQ(StartAndWrite({0xC2}), 1) << "an address alone";
-  steps_.Stop();
-  steps_.Stop();
-  EXPECT_EQ(chip_.transfers.size(), 1u);
   EXPECT_EQ(chip_.sent, 2);
 }
 
 TEST_F(I2cStepsTest, NobodyHearsWhatIsOutOfOrder) {
-  EXPECT_FALSE(steps_.Write(0xC2)) << "without a start";
-  EXPECT_EQ(steps_.Read(), 0xFF);
-  steps_.Start();
-  EXPECT_EQ(steps_.Read(), 0xFF) << "before an address";
-  EXPECT_FALSE(steps_.Write(0x86)) << "an empty seat";
-  EXPECT_FALSE(steps_.Write(0xC2)) << "an address counts after a start alone";
-  EXPECT_EQ(steps_.Read(), 0xFF);
-  EXPECT_EQ(StartAndWrite({0xC3, 0x00}), 1) << "while the chip is sending";
+  // Without a start; before an address; an empty seat, and an address that is not the first byte;
+  // while the chip is sending.
+  EXPECT_EQ(Play("C2 R S R 86 C2 R S C3 00"), "-255255--255+-");
   chip_.present = false;
-  EXPECT_EQ(StartAndWrite({0xC2}), 0);
-  steps_.Stop();
+  EXPECT_EQ(Play("S C2 P"), "-");
   EXPECT_THAT(chip_.transfers, IsEmpty());
 }
 
 TEST_F(I2cStepsTest, AByteThatGoesAstrayEndsTheTransfer) {
-  steps_.Lose();
-  EXPECT_EQ(StartAndWrite({0xC2, 0x0B}), 2);
-  steps_.Lose();
-  EXPECT_FALSE(steps_.Write(0x2C));
-  EXPECT_EQ(StartAndWrite({0xC2}), 1);
+  EXPECT_EQ(Play("L S C2 0B L 2C S C2"), "++-+");
   EXPECT_THAT(chip_.transfers, ElementsAre(ElementsAre(0x0B)));
 }
 
@@ -93,12 +94,10 @@ TEST_F(I2cStepsTest, EmptySeatsDoNotAcknowledge) {
 TEST_F(I2cStepsTest, DyingChipsCountTransfers) {
   DyingChip dying(chip_, 3);
   bus_.Attach(0xC2, &dying);
-  EXPECT_EQ(StartAndWrite({0xC2, 0x41}), 2);
-  EXPECT_EQ(StartAndWrite({0xC3}), 1);
-  EXPECT_EQ(steps_.Read(), 1);
+  EXPECT_EQ(Play("S C2 41 S C3 R"), "+++1");
   EXPECT_TRUE(Write(0xC2, {1, 2}));
   EXPECT_EQ(Read(0xC2), -1);
-  EXPECT_EQ(StartAndWrite({0xC2}), 0);
+  EXPECT_EQ(Play("S C2"), "-");
 }
 
 using EepromTest = ModelTest;
