@@ -17,14 +17,18 @@ class FmReceiverTest : public ModelTest {
     chip_ = std::make_unique<FmReceiver>(air_);
     bus_.Attach(0xC0, chip_.get());
   }
-  void Tune(const Bytes& bytes = {0x1E, 0x8E, 0xA0, 0x06, 0x00}) { WriteAndWait(0xC0, bytes); }
   std::array<std::uint8_t, 5> Status() {
     std::array<std::uint8_t, 5> status{};
     EXPECT_TRUE(bus_.Read(0xC1, status));
     return status;
   }
+  // The status of a chip that has settled on these bytes.
+  std::array<std::uint8_t, 5> Tuned(Air air, const Bytes& bytes = {0x1E, 0x8E, 0xA0, 0x06, 0x00}) {
+    Fit(std::move(air));
+    WriteAndWait(0xC0, bytes);
+    return Status();
+  }
   int Counter() { return Status()[2] & 0x7F; }
-  int Level() { return Status()[3] >> 4; }
 
   Air air_;
   std::unique_ptr<FmReceiver> chip_;
@@ -38,10 +42,9 @@ TEST_F(FmReceiverTest, CounterFallsAcrossTheStation) {
       {10, 55, true},       {2, 53, true},        {-10, 51, true}, {-50, 43, true},
       {-150, 23, false},    {-151, kNoise, false}};
   for (const auto& [offsetKHz, counter, centred] : cases) {
-    Fit(FmAirWith(kTunedKHz + offsetKHz));
-    Tune();
-    EXPECT_THAT(Status(), testing::ElementsAre(0x9E, 0x8E, counter | (centred ? 0x80 : 0),
-                                               centred ? 0xD0 : 0x20, 0x00))
+    EXPECT_THAT(Tuned(FmAirWith(kTunedKHz + offsetKHz)),
+                testing::ElementsAre(0x9E, 0x8E, counter | (centred ? 0x80 : 0),
+                                     centred ? 0xD0 : 0x20, 0x00))
         << offsetKHz;
   }
 }
@@ -49,19 +52,16 @@ TEST_F(FmReceiverTest, CounterFallsAcrossTheStation) {
 TEST_F(FmReceiverTest, LevelFollowsTheStation) {
   for (const auto& [dbuV, level] :
        {std::pair{39, 2}, {40, 7}, {45, 8}, {60, 11}, {80, 15}, {110, 15}}) {
-    Fit(FmAirWith(kTunedKHz, false, dbuV));
-    Tune();
-    EXPECT_EQ(Level(), level) << dbuV;
+    EXPECT_EQ(Tuned(FmAirWith(kTunedKHz, false, dbuV))[3] >> 4, level) << dbuV;
     EXPECT_EQ(Counter(), dbuV < 40 ? kNoise : 53);
   }
 }
 
 TEST_F(FmReceiverTest, StereoNeedsAPilotAndPermission) {
-  for (const auto& [pilot, mode] : {std::pair{true, 0xA0}, {true, 0xA8}, {false, 0xA0}}) {
-    Fit(FmAirWith(kTunedKHz, pilot));
-    Tune({0x1E, 0x8E, static_cast<std::uint8_t>(mode), 0x06, 0x00});
-    EXPECT_EQ(Status()[2], (pilot && mode == 0xA0 ? 0x80 : 0) | 53);
-  }
+  const std::tuple<bool, std::uint8_t, int> cases[] = {
+      {true, 0xA0, 0x80 | 53}, {true, 0xA8, 53}, {false, 0xA0, 53}};
+  for (const auto& [pilot, mode, reading] : cases)
+    EXPECT_EQ(Tuned(FmAirWith(kTunedKHz, pilot), {0x1E, 0x8E, mode, 0x06, 0x00})[2], reading);
 }
 
 TEST_F(FmReceiverTest, BandAndReferenceMustFit) {
@@ -75,8 +75,7 @@ TEST_F(FmReceiverTest, BandAndReferenceMustFit) {
       {{0x1E, 0x8E, 0xA0, 0x16, 0x00}, 0},   // for a watch crystal
       {{0x1E, 0x8E, 0xA0, 0x06, 0x80}, 0}};  // for one of 6.5 MHz
   for (const auto& [bytes, tunedKHz] : cases) {
-    Fit(FmAirWith(tunedKHz > 0 ? tunedKHz : kTunedKHz));
-    Tune(bytes);
+    Tuned(FmAirWith(tunedKHz > 0 ? tunedKHz : kTunedKHz), bytes);
     EXPECT_EQ(chip_->TunedKHz(), tunedKHz);
     EXPECT_EQ(Counter(), tunedKHz > 0 ? 53 : kNoise) << testing::PrintToString(bytes);
   }
