@@ -184,21 +184,19 @@ TEST_F(FmDemodulatorTest, SetUpMustSuitTheModule) {
     EXPECT_EQ(Read(0x86) == kFound, heard) << type << ' ' << int{b} << ' ' << int{e};
   }
   // 108.7 MHz less 33.3: the station would be there, but the module's filter does not pass that IF.
-  FitReady(13, FmAirWith(75400));
-  WriteAndWait(0x86, {0x00, 0x4E, 0x90, 0x5C});
-  EXPECT_EQ(Read(0x86), kNothingFound);
-  // Radio words alone do not make a module receive FM.
-  FitReady(13, FmAirWith(kTunedKHz));
-  WriteAndWait(0xC2, {0x08, 0x7E, 0x86, 0x41, 0xA0});
-  EXPECT_EQ(Read(0x86), kNothingFound);
-  Fit(13, FmAirWith(kTunedKHz));
-  WriteAndWait(0xC2, {0x08, 0x7E, 0x80, 0x19, 0xA0});
-  EXPECT_EQ(Read(0x86), kNothingFound) << "never set up";
-  // The type that demodulates FM itself leaves the chip without a signal.
-  Fit(17, FmAirWith(kTunedKHz));
-  Write(0x86, {0x00, 0x4E, 0x90, 0x74});
-  WriteAndWait(0xC2, {0x08, 0x7E, 0x88, 0xA5});
-  EXPECT_EQ(Read(0x86), kNothingFound);
+  // Radio words alone do not make a module receive FM, nor is one heard whose demodulator was never
+  // set up. The type that demodulates FM itself leaves the chip without a signal.
+  const std::tuple<std::uint32_t, double, Bytes, Bytes> deaf[] = {
+      {13, 75400, {0x00, 0x4E, 0x90, 0x5C}, {0x08, 0x7E, 0x80, 0x19, 0xA0}},
+      {13, kTunedKHz, {0x00, 0x4E, 0x90, 0x74}, {0x08, 0x7E, 0x86, 0x41, 0xA0}},
+      {13, kTunedKHz, {}, {0x08, 0x7E, 0x80, 0x19, 0xA0}},
+      {17, kTunedKHz, {0x00, 0x4E, 0x90, 0x74}, {0x08, 0x7E, 0x88, 0xA5}}};
+  for (const auto& [type, stationKHz, demodulator, tuner] : deaf) {
+    Fit(type, FmAirWith(stationKHz));
+    Write(0x86, demodulator);
+    WriteAndWait(0xC2, tuner);
+    EXPECT_EQ(Read(0x86), kNothingFound) << type;
+  }
   EXPECT_EQ(Read(0xC2), kInLock | kStereo | 2);
 }
 
