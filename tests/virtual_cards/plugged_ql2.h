@@ -29,18 +29,6 @@ struct Ql2Interfaces : CardClient {
     BYTE data[16];
   };
 
-  bool Write(BYTE address, const std::vector<BYTE>& bytes) {
-    I2cRequest request{address, static_cast<BYTE>(bytes.size()), {}};
-    std::copy(bytes.begin(), bytes.end(), request.data);
-    return SetProperty(capture.Get(), kI2cSet, 0, request) == S_OK;
-  }
-  // Empty when nobody acknowledged.
-  std::vector<BYTE> Read(BYTE address, BYTE count) {
-    I2cRequest request{address, count, {}};
-    if (GetProperty(capture.Get(), kI2cSet, 1, request) != S_OK) return {};
-    return {request.data, request.data + count};
-  }
-
   // As a driver library does it: the driver's own record with another frequency in it.
   HRESULT Tune(double kHz) {
     KSPROPERTY_TUNER_FREQUENCY_S content{};
@@ -57,11 +45,6 @@ struct Ql2Interfaces : CardClient {
   }
 };
 
-class Ql2CardTest : public CardModelTest<Ql2Card, Ql2Options> {
- protected:
-  Ql2Card& PlugTuner(std::uint32_t tunerCode, Air air = {}) {
-    return Plug({.tunerCode = tunerCode}, std::move(air));
-  }
-};
+using Ql2CardTest = CardModelTest<Ql2Card, Ql2Options>;
 
 }  // namespace zelk::virtual_cards

@@ -17,7 +17,7 @@ TEST_F(Ql2CardTest, StatusBesideTheCarrier) {
       {1100, 0, 0, 0, 0}};
   for (const auto& [offsetKHz, byDemodulator, byPll, demodulatorKHz, pllKHz] : cases) {
     for (const bool demodulator : {true, false}) {
-      PlugTuner(demodulator ? 11 : 50, AirWith(175225 + offsetKHz));
+      Plug({.tunerCode = demodulator ? 11u : 50u}, AirWith(175225 + offsetKHz));
       Ql2Interfaces on(*card_);
       on.tvTuner->put_CountryCode(49);
       on.Tune(175225);
@@ -27,10 +27,6 @@ TEST_F(Ql2CardTest, StatusBesideTheCarrier) {
           << offsetKHz;
     }
   }
-  PlugTuner(11, AirWith(175225, AnalogVideo_PAL_B, 39));
-  Ql2Interfaces on(*card_);
-  on.Tune(175225);
-  EXPECT_EQ(on.Status().SignalStrength, 0U);
 }
 
 // The country chooses the transmission system, and with it modulation and IF.
@@ -40,7 +36,7 @@ TEST_F(Ql2CardTest, CountryMustSuitTheCarrier) {
       {AnalogVideo_SECAM_L, 176000, 33, true}, {AnalogVideo_SECAM_L, 176000, 49, false},
       {AnalogVideo_SECAM_L1, 55750, 33, true}, {AnalogVideo_PAL_B, 55250, 33, false}};
   for (const auto& [standard, kHz, country, locked] : cases) {
-    PlugTuner(11, AirWith(kHz, standard));
+    Plug({.tunerCode = 11}, AirWith(kHz, standard));
     Ql2Interfaces on(*card_);
     on.tvTuner->put_CountryCode(country);
     on.Tune(kHz);
@@ -51,7 +47,7 @@ TEST_F(Ql2CardTest, CountryMustSuitTheCarrier) {
 
 // The driver takes more than modules reach; there is nothing to receive then, at neither end.
 TEST_F(Ql2CardTest, BeyondTheModulesRange) {
-  PlugTuner(255, AirWith(863250));
+  Plug({.tunerCode = 255}, AirWith(863250));
   Ql2Interfaces on(*card_);
   on.tvTuner->put_CountryCode(49);
   on.Tune(863250);
@@ -69,26 +65,25 @@ TEST_F(Ql2CardTest, BeyondTheModulesRange) {
 TEST_F(Ql2CardTest, FmAndTelevisionTakeTurns) {
   Air air = AirWith(kTunedKHz);
   air.fm = FmAirWith(98000).fm;
-  PlugTuner(11, air);
+  Plug({.tunerCode = 11}, air);
   Ql2Interfaces on(*card_);
+  for (const auto& [mode, kHz, strength] : {std::tuple(AMTUNER_MODE_FM_RADIO, 98000.0, 100U),
+                                            {AMTUNER_MODE_FM_RADIO, 97000, 0},
+                                            {AMTUNER_MODE_TV, kTunedKHz, 100}}) {
+    on.tvTuner->put_Mode(mode);
+    EXPECT_EQ(on.Tune(kHz), S_OK);
+    EXPECT_EQ(on.Status().SignalStrength, strength) << kHz;
+    EXPECT_EQ(on.Locked(), mode == AMTUNER_MODE_TV);
+  }
   on.tvTuner->put_Mode(AMTUNER_MODE_FM_RADIO);
   EXPECT_EQ(on.Tune(120000), E_INVALIDARG);
-  EXPECT_EQ(on.Tune(98000), S_OK);
-  EXPECT_EQ(on.Status().SignalStrength, 100U);
-  EXPECT_FALSE(on.Locked());
-  EXPECT_EQ(on.Tune(97000), S_OK);
-  EXPECT_EQ(on.Status().SignalStrength, 0U);
-  on.tvTuner->put_Mode(AMTUNER_MODE_TV);
-  EXPECT_EQ(on.Tune(kTunedKHz), S_OK);
-  EXPECT_EQ(on.Status().SignalStrength, 100U);
-  EXPECT_TRUE(on.Locked());
 }
 
 // A separate receiver makes FM a mode of the board, but is the application's to tune.
 TEST_F(Ql2CardTest, ModesOfTheBoard) {
   for (const auto& [code, fm, tuned] :
        {std::tuple{10u, false, S_OK}, {11u, true, S_OK}, {49u, true, E_INVALIDARG}}) {
-    PlugTuner(code);
+    Plug({.tunerCode = code});
     Ql2Interfaces on(*card_);
     LONG modes = 0;
     EXPECT_EQ(on.tvTuner->GetAvailableModes(&modes), S_OK);
