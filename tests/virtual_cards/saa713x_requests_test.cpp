@@ -17,18 +17,15 @@ TEST_F(Saa713xRequests, TraceOfRequests) {
   Interfaces on(*card_);
   Listen();
   on.Read(0x96);
-  on.ReadAt(0xA0, 0x21);
   on.SetOwn(0x74, 5);
   ULONG word = 0;
   BYTE stereo = 9;
   GetProperty(on.capture.Get(), kOwnSet, 0x6F, stereo);
   on.capture->QuerySupported(kOwnSet, 0x74, &word);
   SetProperty(on.capture.Get(), kUnknownSet, 1, word);
-  card_->AttachTrace(nullptr);
-  on.Line(3);
   EXPECT_THAT(
       trace_.Take(),
-      ElementsAre("i2c select 96", "i2c read 96 -> nak", "i2c select A0", "i2c read A0[21] -> 00",
+      ElementsAre("i2c select 96", "i2c read 96 -> nak",
                   "capture set ZELK_SAA.74 00000005 -> 80070490", "capture get ZELK_SAA.6F -> 00",
                   "capture query-supported ZELK_SAA.74 -> 00000001",
                   "capture set {12345678-1234-5678-0102-030405060708}.1 00000001 -> 80070492"));
@@ -58,28 +55,23 @@ TEST_F(Saa713xRequests, RefusedRequestsDoNotReachTheHardware) {
   EXPECT_EQ(card_->TunedKHz(), 175225);
 }
 
-// The ways in which a transfer fails: by the bus's own status, by that status on order, by a code.
+// The ways in which a transfer fails: by the bus's own status, by that status on order, and a write
+// by its code too.
 TEST_F(Saa713xRequests, FailedTransfers) {
   Plug({});
   Interfaces on(*card_);
   BYTE byte = 0x55;
   ULONG status = 0;
+  card_->Refuse("i2c read A0", static_cast<HRESULT>(kVampBusFailed));
+  for (const ULONG device : {0x96u, 0xA0u}) {
+    on.i2c->SelectDevice(device);
+    EXPECT_EQ(on.i2c->Read(&byte, 1, &status), S_OK);
+    EXPECT_EQ(std::exchange(status, 0), kVampBusFailed);
+  }
   on.i2c->SelectDevice(0x96);
-  EXPECT_EQ(on.i2c->Read(&byte, 1, &status), S_OK);
-  EXPECT_EQ(status, kVampBusFailed);
-  EXPECT_EQ(on.i2c->ReadAt(0x21, &byte, 1, &status), E_FAIL);
   EXPECT_EQ(on.i2c->Write(&byte, 1, &status), E_FAIL);
   EXPECT_EQ(status, kVampBusFailed);
   EXPECT_EQ(byte, 0x55);
-
-  card_->Refuse("i2c read A0", static_cast<HRESULT>(kVampBusFailed));
-  on.i2c->SelectDevice(0xA0);
-  EXPECT_EQ(on.i2c->Read(&byte, 1, &status), S_OK);
-  EXPECT_EQ(status, kVampBusFailed);
-  card_->ClearRefusals();
-  EXPECT_EQ(on.i2c->ReadAt(0x22, &byte, 1, &status), S_OK);
-  EXPECT_EQ(status, 0u);
-  EXPECT_EQ(byte, 0xFB);
   EXPECT_EQ(on.i2c->Read(nullptr, 1, &status), E_POINTER);
   EXPECT_EQ(on.i2c->Read(&byte, 1, nullptr), E_POINTER);
 }
@@ -87,17 +79,9 @@ TEST_F(Saa713xRequests, FailedTransfers) {
 TEST_F(Saa713xRequests, RefusedQueriesLeaveNothing) {
   Plug({});
   card_->Refuse("capture query IKsPropertySet", E_NOINTERFACE);
-  card_->Refuse("vamp service", E_OUTOFMEMORY);
   void* object = &object;
   EXPECT_EQ(card_->CaptureFilter()->QueryInterface(IidOf<IKsPropertySet>(), &object),
             E_NOINTERFACE);
-  EXPECT_EQ(object, nullptr);
-  ComPtr<IAMTVTuner> tuner;
-  EXPECT_EQ(Query(card_->CaptureFilter().Get(), tuner), E_NOINTERFACE);
-  object = &object;
-  EXPECT_EQ(CoCreateInstance(kClsidVampService, nullptr, CLSCTX_INPROC_SERVER,
-                             IidOf<IVampService>(), &object),
-            E_OUTOFMEMORY);
   EXPECT_EQ(object, nullptr);
 }
 
@@ -106,7 +90,7 @@ TEST_F(Saa713xRequests, MalformedRequests) {
   Interfaces on(*card_);
   constexpr HRESULT kNoId = E_PROP_ID_UNSUPPORTED, kNoSet = E_PROP_SET_UNSUPPORTED;
   ULONG words[16] = {};
-  DWORD returned = 0;
+  DWORD returned = 0, support = 99;
   // Set, property, both lengths, and the results of reading and writing.
   const std::tuple<GUID, DWORD, DWORD, DWORD, HRESULT, HRESULT> cases[] = {
       {kUnknownSet, 1, 4, 4, kNoSet, kNoSet},
@@ -123,9 +107,13 @@ TEST_F(Saa713xRequests, MalformedRequests) {
   for (const bool traced : {false, true}) {
     if (traced) Listen();
     for (const auto& [set, id, instanceBytes, bytes, get, put] : cases) {
+      returned = 99;
       EXPECT_EQ(on.capture->Get(set, id, words, instanceBytes, words, bytes, &returned), get) << id;
+      EXPECT_EQ(returned, get == S_OK ? bytes : 99) << id;
       EXPECT_EQ(on.capture->Set(set, id, words, instanceBytes, words, bytes), put) << id;
     }
+    EXPECT_EQ(on.capture->QuerySupported(kOwnSet, 0x64, &support), kNoId);
+    EXPECT_EQ(support, 0u);
     EXPECT_EQ(on.capture->Set(kOwnSet, 0x71, nullptr, 4, nullptr, 4), E_POINTER);
     EXPECT_EQ(on.capture->Get(kOwnSet, 0x71, words, 4, words, 4, nullptr), E_POINTER);
     EXPECT_EQ(on.videoDecoder->get_HorizontalLocked(nullptr), E_POINTER);
@@ -139,15 +127,12 @@ TEST_F(Saa713xRequests, MalformedRequests) {
 }
 
 TEST_F(Saa713xRequests, ObjectsOutliveTheCard) {
-  Plug({}, AirWith(175250));
+  Plug({});
   Listen();
   Interfaces on(*card_);
-  on.Write(0xC2, {0x0D, 0x62, 0xCE, 0x90});
   card_.reset();
   trace_.Take();
-  Sleep(60);
-  EXPECT_TRUE(on.Locked());
-  EXPECT_EQ(on.Read(0xC2) & 0x47, 0x42);
+  EXPECT_NE(on.Read(0xC2), -1);
   EXPECT_THAT(trace_.Lines(), IsEmpty()) << "the listener may be gone";
   ComPtr<IVampService> service;
   EXPECT_EQ(test::Create(kClsidVampService, service), REGDB_E_CLASSNOTREG);
