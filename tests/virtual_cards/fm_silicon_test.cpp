@@ -31,22 +31,17 @@ class FmSiliconTest : public PluggedCardTest {
     on.Write(0x96, {0x21, 0x80});
   }
 
-  static ULONG Level(Interfaces& on) { return Word(on, 0x6D); }
-  static int Afc(Interfaces& on) { return static_cast<int>(Word(on, 0x6E)); }
-  static bool Stereo(Interfaces& on) {
-    BYTE byte = 2;
-    EXPECT_EQ(GetProperty(on.capture.Get(), kOwnSet, 0x6F, byte), S_OK);
-    EXPECT_LE(byte, 1);
-    return byte == 1;
+  using Readings = std::tuple<ULONG, int, bool>;  // level, AFC and stereo
+  static Readings ReadingsOf(Interfaces& on) {
+    ULONG level = 0xBAD, afc = 0xBAD;
+    BYTE stereo = 2;
+    EXPECT_EQ(on.GetOwn(0x6D, level), S_OK);
+    EXPECT_EQ(on.GetOwn(0x6E, afc), S_OK);
+    EXPECT_EQ(GetProperty(on.capture.Get(), kOwnSet, 0x6F, stereo), S_OK);
+    EXPECT_LE(stereo, 1);
+    return {level, static_cast<int>(afc), stereo == 1};
   }
-  static bool Deaf(Interfaces& on) { return Level(on) == kNoise && Afc(on) == 2 && !Stereo(on); }
-
- private:
-  static ULONG Word(Interfaces& on, DWORD id) {
-    ULONG value = 0xBAD;
-    EXPECT_EQ(on.GetOwn(id, value), S_OK);
-    return value;
-  }
+  static bool Deaf(Interfaces& on) { return ReadingsOf(on) == Readings(kNoise, 2, false); }
 };
 
 TEST_F(FmSiliconTest, AfcStepsAcrossTheStation) {
@@ -57,9 +52,8 @@ TEST_F(FmSiliconTest, AfcStepsAcrossTheStation) {
   for (const auto& [offsetKHz, step, centred] : cases) {
     for (const std::uint32_t type : {40u, 41u}) {
       const auto on = Ready(type, offsetKHz);
-      EXPECT_EQ(Afc(*on), step) << type << ' ' << offsetKHz;
-      EXPECT_EQ(Level(*on), centred ? 487000 : kNoise) << type << ' ' << offsetKHz;
-      EXPECT_EQ(Stereo(*on), centred) << type << ' ' << offsetKHz;
+      EXPECT_EQ(ReadingsOf(*on), Readings(centred ? 487000 : kNoise, step, centred))
+          << type << ' ' << offsetKHz;
       EXPECT_EQ(card_->TunedKHz(), kTunedKHz);
     }
   }
@@ -69,8 +63,7 @@ TEST_F(FmSiliconTest, LevelAndStereoOfTheStation) {
   for (const auto& [dbuV, figure] :
        {std::pair{39, kNoise}, {40, 1198000ul}, {60, 724000ul}, {80, 250000ul}, {110, 0ul}}) {
     const auto on = Ready(41, 0, false, dbuV);
-    EXPECT_EQ(Level(*on), figure) << dbuV;
-    EXPECT_FALSE(Stereo(*on));
+    EXPECT_EQ(ReadingsOf(*on), Readings(figure, dbuV < 40 ? 2 : 0, false)) << dbuV;
   }
 }
 
@@ -78,8 +71,7 @@ TEST_F(FmSiliconTest, AnswersInFmAlone) {
   Plug({}, FmAirWith(kTunedKHz));
   {
     Interfaces other(*card_);
-    EXPECT_EQ(Level(other), 0u) << "the driver has nothing to say of other tuners";
-    EXPECT_EQ(Afc(other), 0);
+    EXPECT_EQ(ReadingsOf(other), Readings(0, 0, false)) << "no silicon tuner, nothing to say";
   }
   const auto on = Ready(41, 0);
   EXPECT_FALSE(Deaf(*on));
