@@ -46,9 +46,8 @@ TEST_F(IfDemodulatorTest, Words) {
     IfDemodulator chip(tuner);
     EXPECT_TRUE(chip.Write(bytes));
     EXPECT_TRUE(chip.SetUp());
-    EXPECT_EQ(chip.Modulation(), mode);
-    EXPECT_EQ(chip.PictureIfKHz(), pictureKHz);
-    EXPECT_EQ(chip.SoundOffsetKHz(), soundKHz);
+    EXPECT_EQ(std::tuple(chip.Modulation(), chip.PictureIfKHz(), chip.SoundOffsetKHz()),
+              std::tuple(mode, pictureKHz, soundKHz));
   }
 }
 
