@@ -9,24 +9,17 @@ using ::testing::IsEmpty;
 
 class Bt878Mode : public NotedCardTest {
  protected:
-  // What SetTVFormat tells the tuner driver: "country 34", then the tuning.
-  Strings TunerLines() {
-    Strings lines;
-    for (const std::string& line : TakeTrace()) {
-      if (line.starts_with("tuner ")) lines.push_back(line);
-    }
-    return lines;
-  }
+  // What SetTVFormat tells the tuner driver: the country, then the tuning.
+  Strings TunerLines() { return TakeTrace("tuner "); }
 };
 
 std::string Tuning(std::uint32_t country) {
-  return "tuner set TUNER.4 frequency=175250000 flags=0 channel=0 country=" +
-         std::to_string(country);
+  return "set TUNER.4 frequency=175250000 flags=0 channel=0 country=" + std::to_string(country);
 }
 
 // A country pushed to the tuner driver, and the tuning behind it with the one of before.
 Strings Told(std::uint32_t country, std::uint32_t before) {
-  return {"tuner query IAMTVTuner", "tuner country " + std::to_string(country), Tuning(before)};
+  return {"query IAMTVTuner", "country " + std::to_string(country), Tuning(before)};
 }
 
 TEST_F(Bt878Mode, TvOnModulesWithADemodulatorOfTheirOwn) {
@@ -102,7 +95,7 @@ TEST_F(Bt878Mode, CountriesOfMk3Modules) {
     // The query's code is the result; standard and country are stored even so.
     card->Refuse("tuner query IAMTVTuner", kRefused);
     EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), kRefused);
-    EXPECT_THAT(TunerLines(), ElementsAre("tuner query IAMTVTuner -> 8007001F", Tuning(44)));
+    EXPECT_THAT(TunerLines(), ElementsAre("query IAMTVTuner -> 8007001F", Tuning(44)));
     EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
     EXPECT_THAT(TunerLines(), IsEmpty());
   }

@@ -12,16 +12,7 @@
 
 namespace zelk::test {
 
-using Strings = std::vector<std::string>;
-
-// What a driver answers that refuses, as no part of the library does of its own.
-inline constexpr HRESULT kRefused = static_cast<HRESULT>(0x8007001F);
-
-inline Strings Joined(std::initializer_list<Strings> parts) {
-  Strings all;
-  for (const Strings& part : parts) all.insert(all.end(), part.begin(), part.end());
-  return all;
-}
+using Strings = Lines;
 
 // Steps of a software I2C transfer as the trace names them: the start, the stop, and bytes that
 // are all acknowledged.
@@ -62,14 +53,7 @@ class NotedCardTest : public BtTest {
   ZELK_HWInfo InfoOf(const CardSetUp& wanted, const Board& board) {
     Plug(wanted, board);
     EXPECT_EQ(Init(), S_OK);
-    ZELK_HWInfo info = {};
-    EXPECT_EQ(ZELK_GetHWInfo(&info), S_OK);
-    return info;
-  }
-  static std::uint32_t TunerType() {
-    std::uint32_t type = 77;
-    EXPECT_EQ(ZELK_GetTunerType(&type), S_OK);
-    return type;
+    return Info();
   }
 
  private:

@@ -47,9 +47,7 @@ class QuillonHwInit : public QuillonTest {
   ZELK_HWInfo InfoOf(const Ql2Options& options) {
     Plug(options);
     EXPECT_EQ(Init(), S_OK);
-    ZELK_HWInfo info = {};
-    EXPECT_EQ(ZELK_GetHWInfo(&info), S_OK);
-    return info;
+    return Info();
   }
 };
 
@@ -77,9 +75,7 @@ TEST_F(QuillonHwInit, EveryTunerCode) {
     const std::array<std::uint32_t, 10> record = {
         expected.fm, 0, 0, 87500, 108000, 1, 1, expected.low, expected.high, 1};
     EXPECT_EQ((std::bit_cast<std::array<std::uint32_t, 10>>(info)), record);
-    std::uint32_t type = 0;
-    EXPECT_EQ(ZELK_GetTunerType(&type), S_OK);
-    EXPECT_EQ(type, expected.type);
+    EXPECT_EQ(TunerType(), expected.type);
     EXPECT_EQ(ZELK_GetTunerType(nullptr), S_OK);
     ZELK_FMInit();
     EXPECT_EQ(ZELK_FMSetFreq(98000, nullptr) == 1, expected.receiver);
@@ -87,16 +83,13 @@ TEST_F(QuillonHwInit, EveryTunerCode) {
 }
 
 TEST_F(QuillonHwInit, ABoardThatDoesNotTellItsTuner) {
-  std::uint32_t type = 0;
   InfoOf({.tunerInfo = false});
-  ZELK_GetTunerType(&type);
-  EXPECT_EQ(type, 21u);
+  EXPECT_EQ(TunerType(), 21u);
   // One that offers to tell and then fails.
   Plug({.tunerCode = 10});
   card->Refuse("capture get QL2_BOARD.112", E_FAIL);
   EXPECT_EQ(Init(), S_OK);
-  ZELK_GetTunerType(&type);
-  EXPECT_EQ(type, 21u);
+  EXPECT_EQ(TunerType(), 21u);
 }
 
 TEST_F(QuillonHwInit, TheUsersCountryDecidesOnTheFmBand) {

@@ -29,11 +29,7 @@ class QuillonMpeg : public QuillonTest {
   Lines Written(const Params& params) {
     TakeTrace();
     EXPECT_EQ(ZELK_SetMPEGParam(params), S_OK);
-    Lines lines;
-    for (const std::string& line : TakeTrace()) {
-      if (line.starts_with("encoder set QL2_ENCODER.")) lines.push_back(line.substr(24));
-    }
-    return lines;
+    return TakeTrace("encoder set QL2_ENCODER.");
   }
 };
 

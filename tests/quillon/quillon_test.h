@@ -12,11 +12,6 @@
 
 namespace zelk::test {
 
-using Lines = std::vector<std::string>;
-
-// What a driver answers that refuses, as no part of the library does of its own.
-inline constexpr HRESULT kRefused = static_cast<HRESULT>(0x8007001F);
-
 class QuillonTest : public CardTestOf<virtual_cards::Ql2Card, virtual_cards::Ql2Options> {
  protected:
   // An accepted name that no other family accepts, so that only this one is tried to the end.

@@ -18,8 +18,7 @@ TEST_F(QuillonScan, Television) {
     PlugTv(code, air);
     ASSERT_EQ(ZELK_put_TVFormat(raster.standard, static_cast<std::uint32_t>(raster.countryCode)),
               S_OK);
-    ZELK_HWInfo info = {};
-    ASSERT_EQ(ZELK_GetHWInfo(&info), S_OK);
+    const ZELK_HWInfo info = Info();
     std::vector<double> onAir;
     for (const auto& carrier : air.tv) {
       if (carrier.pictureKHz >= info.TvLowKHz && carrier.pictureKHz < info.TvHighKHz) {

@@ -16,13 +16,7 @@ const std::string kTuned = "After QL2IF_SetTunerFreq";
 class QuillonTv : public QuillonTest {
  protected:
   // The country codes that the tuner is given.
-  Lines TakeCountries() {
-    Lines countries;
-    for (const std::string& line : TakeTrace()) {
-      if (line.starts_with("tuner country ")) countries.push_back(line.substr(14));
-    }
-    return countries;
-  }
+  Lines TakeCountries() { return TakeTrace("tuner country "); }
 };
 
 TEST_F(QuillonTv, SwitchingToTv) {

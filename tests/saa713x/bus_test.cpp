@@ -8,34 +8,24 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 using virtual_cards::Saa713xOptions;
 
-class Bus : public CardTest {
- protected:
-  void PlugBoard(const Saa713xOptions& options = {}) {
-    Plug(options);
-    ASSERT_EQ(Init(), S_OK);
-    TakeTrace();
-  }
-};
+class Bus : public CardTest {};
 
 TEST_F(Bus, SequencesSelectTheirDevice) {
-  PlugBoard();
+  PlugReady();
   const std::uint8_t bytes[] = {0x0D, 0x42, 0xCE, 0x90};
   EXPECT_EQ(ZELK_I2CWriteSequence(0xC2, bytes, 4), S_OK);
   std::uint8_t buffer[2] = {};
   EXPECT_EQ(ZELK_I2CReadSequence(0xA1, buffer, 2), S_OK);
-  const auto trace = TakeTrace();
-  ASSERT_EQ(trace.size(), 4u);
-  EXPECT_EQ(trace[0], "i2c select C2");
-  EXPECT_EQ(trace[1], "i2c write C2: 0D 42 CE 90");
-  EXPECT_EQ(trace[2], "i2c select A1");
-  EXPECT_TRUE(trace[3].starts_with("i2c read A1 -> ")) << trace[3];
+  EXPECT_THAT(TakeTrace(), ElementsAre("i2c select C2", "i2c write C2: 0D 42 CE 90",
+                                       "i2c select A1", StartsWith("i2c read A1 -> ")));
 }
 
 TEST_F(Bus, FailuresOfSequences) {
   constexpr HRESULT kBusError = static_cast<HRESULT>(0x8007001F);
-  PlugBoard();
+  PlugReady();
   std::uint8_t buffer[2] = {};
   // The call succeeds, the bus status says it failed.
   card->Refuse("i2c read", kVampBusFailed);
@@ -53,7 +43,7 @@ TEST_F(Bus, FailuresOfSequences) {
 TEST_F(Bus, Eeprom) {
   std::array<std::uint8_t, 256> image;
   for (std::size_t i = 0; i < image.size(); ++i) image[i] = static_cast<std::uint8_t>(255 - i);
-  PlugBoard({.eeprom = image});
+  PlugReady({.eeprom = image});
   std::uint8_t byte = 0;
   EXPECT_EQ(ZELK_ReadEEPROM(0x30, &byte), S_OK);
   EXPECT_EQ(byte, 0xCF);
@@ -62,8 +52,7 @@ TEST_F(Bus, Eeprom) {
   card->Refuse("i2c read A0", kVampBusFailed);
   EXPECT_EQ(ZELK_ReadEEPROM(0x31, &byte), S_OK);
 
-  PlugBoard({.eepromPresent = false});
-  TakeLog();
+  PlugReady({.eepromPresent = false});
   byte = 77;
   EXPECT_EQ(ZELK_ReadEEPROM(0x30, &byte), E_FAIL);
   EXPECT_EQ(byte, 0);
@@ -71,7 +60,7 @@ TEST_F(Bus, Eeprom) {
 }
 
 TEST_F(Bus, RemoteChipKeys) {
-  PlugBoard();
+  PlugReady();
   struct Case {
     std::uint8_t kind, code;
     std::uint32_t data;
@@ -96,7 +85,7 @@ TEST_F(Bus, RemoteChipKeys) {
 }
 
 TEST_F(Bus, RemoteChipTraffic) {
-  PlugBoard();
+  PlugReady();
   card->PressKey(2, 1);
   const auto before = host::SleptMilliseconds();
   std::uint32_t data = 0;
@@ -117,7 +106,7 @@ TEST_F(Bus, RemoteChipTraffic) {
 }
 
 TEST_F(Bus, RemoteOnGpio) {
-  PlugBoard({.remoteChip = false});
+  PlugReady({.remoteChip = false});
   std::uint32_t data = 0;
   // Lines 3 to 10 carry the eight bits; line 4 is high while a key waits.
   for (const unsigned line : {3u, 4u, 6u, 10u}) card->DriveGpioInput(line, true);
@@ -138,7 +127,7 @@ TEST_F(Bus, RemoteOnGpio) {
 
 TEST_F(Bus, UnreadableRemoteByteMeansTheChip) {
   // EEPROM byte 0x22 reads as 0, so that its bit 2 is clear.
-  PlugBoard({.eepromPresent = false});
+  PlugReady({.eepromPresent = false});
   std::uint32_t data = 0;
   ZELK_GetRemoteData(&data);
   EXPECT_EQ(TakeTrace().front(), "i2c select 80");

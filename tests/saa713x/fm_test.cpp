@@ -15,9 +15,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::IsSupersetOf;
 using virtual_cards::Saa713xOptions;
-using Lines = std::vector<std::string>;
-
-constexpr HRESULT kOtherFailure = static_cast<HRESULT>(0x8007001F);
 
 // Every tuner type that a board can carry, but for the ALPS modules, which have boards of their
 // own.
@@ -35,8 +32,7 @@ class Fm : public CardTest {
     return transfers;
   }
   void PlugFm(const Saa713xOptions& options) {
-    Plug(options);
-    ASSERT_EQ(Init(), S_OK);
+    PlugReady(options);
     ZELK_FMInit();
     TakeTrace();
   }
@@ -61,9 +57,7 @@ TEST_F(Fm, SwitchingToFm) {
   // All others need nothing.
   for (const std::uint32_t type : kOrdinaryTuners) cases.try_emplace(type);
   for (const auto& [type, expected] : cases) {
-    PlugTuner(type);
-    ASSERT_EQ(Init(), S_OK);
-    TakeTrace();
+    PlugReady({.tunerType = type});
     const auto before = host::SleptMilliseconds();
     EXPECT_EQ(ZELK_FMInit(), S_OK) << type;
     EXPECT_EQ(OnlyTransfers(), expected) << type;
@@ -87,9 +81,7 @@ TEST_F(Fm, SwitchingAlpsBoardsToFm) {
                                                           {0xE3, "i2c write C0: 17 AE 01 06 00"},
                                                           {0xE9, "i2c write C0: 17 AE 01 06 00"}};
   for (const auto& [board, word] : boards) {
-    Plug({.boardConfig = board});
-    ASSERT_EQ(Init(), S_OK);
-    TakeTrace();
+    PlugReady({.boardConfig = board});
     EXPECT_EQ(ZELK_FMInit(), S_OK);
     Lines expected = kFmModeSwitch;
     expected.insert(expected.end(), {"gpio 27 := 0", word});
@@ -97,7 +89,7 @@ TEST_F(Fm, SwitchingAlpsBoardsToFm) {
     EXPECT_FALSE(card->GpioOutput(27));
   }
   // A refused mode is logged; the rest follows and the write's result counts.
-  card->Refuse("tuner mode", kOtherFailure);
+  card->Refuse("tuner mode", kRefused);
   TakeLog();
   EXPECT_EQ(ZELK_FMInit(), S_OK);
   EXPECT_THAT(TakeLog(), ElementsAre("SAA713x pTVTuner->put_Mode fail"));
@@ -105,19 +97,17 @@ TEST_F(Fm, SwitchingAlpsBoardsToFm) {
 }
 
 TEST_F(Fm, RefusedModeSwitchOfSiliconTuners) {
-  PlugTuner(40);
-  ASSERT_EQ(Init(), S_OK);
+  PlugReady({.tunerType = 40});
   card->Refuse("tuner query IAMTVTuner", E_NOINTERFACE);
   EXPECT_EQ(ZELK_FMInit(), E_NOINTERFACE);
   EXPECT_EQ(card->DriverProperty(0x65), 1u);
   EXPECT_THAT(TakeLog(), IsEmpty());
   EXPECT_NE(ZELK_FMSetFreq(98000, nullptr), VFW_E_WRONG_STATE);
   card->ClearRefusals();
-  card->Refuse("tuner mode", kOtherFailure);
-  EXPECT_EQ(ZELK_FMInit(), kOtherFailure);
+  card->Refuse("tuner mode", kRefused);
+  EXPECT_EQ(ZELK_FMInit(), kRefused);
   EXPECT_THAT(TakeLog(), ElementsAre("SAA713x pTVTuner->put_Mode fail"));
-  Plug({.tunerType = 41, .tunerFilter = false});
-  ASSERT_EQ(Init(), S_OK);
+  PlugReady({.tunerType = 41, .tunerFilter = false});
   EXPECT_EQ(ZELK_FMInit(), E_FAIL);
 }
 
@@ -216,9 +206,9 @@ TEST_F(Fm, AudioMode) {
                  {"gpio 27 := 0", "i2c write C0: 1C 0E A8" + tail}},
                 board);
   }
-  card->Refuse("i2c write C0", kOtherFailure);
+  card->Refuse("i2c write C0", kRefused);
   TakeLog();
-  EXPECT_EQ(ZELK_FMSetAudioMode(1), kOtherFailure);
+  EXPECT_EQ(ZELK_FMSetAudioMode(1), kRefused);
   EXPECT_THAT(TakeLog(), Contains("SAA713x I2CWriteDWord() fail"));
 }
 
@@ -364,7 +354,7 @@ TEST_F(Fm, PresenceByTunerStatus) {
     EXPECT_EQ(AskFm(), expected);
   }
   EXPECT_EQ(AskFm(false), (Reading{S_OK, 0, 4, kUntouched}));
-  card->Refuse("i2c read C2", kOtherFailure);
+  card->Refuse("i2c read C2", kRefused);
   EXPECT_EQ(AskFm(), (Reading{E_FAIL, kUntouched, kUntouched, kUntouched}));
 }
 

@@ -13,28 +13,12 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using virtual_cards::Saa713xOptions;
 
-constexpr HRESULT kRefused = static_cast<HRESULT>(0x8007001F);
-
 class HwInit : public CardTest {
  protected:
   ZELK_HWInfo InfoOf(const Saa713xOptions& options, std::uint32_t russiaFlag = 0) {
     Plug(options);
     EXPECT_EQ(Init(russiaFlag), S_OK);
-    ZELK_HWInfo info = {};
-    EXPECT_EQ(ZELK_GetHWInfo(&info), S_OK);
-    return info;
-  }
-  static std::uint32_t TunerType() {
-    std::uint32_t type = 0;
-    EXPECT_EQ(ZELK_GetTunerType(&type), S_OK);
-    return type;
-  }
-  static std::array<std::uint8_t, 256> Eeprom(
-      std::initializer_list<std::pair<int, std::uint8_t>> bytes) {
-    std::array<std::uint8_t, 256> image;
-    image.fill(0xFF);
-    for (const auto& [address, byte] : bytes) image[static_cast<std::size_t>(address)] = byte;
-    return image;
+    return Info();
   }
 };
 
@@ -92,7 +76,7 @@ TEST_F(HwInit, FailuresThatAreNoReasonToRefuse) {
 }
 
 TEST_F(HwInit, RecordComesFromBoardConfigurationAndEeprom) {
-  const auto image = Eeprom({{0x20, 0xFF}, {0x21, 0x2A}});
+  const auto image = MakeEeprom({{0x20, 0xFF}, {0x21, 0x2A}});
   // Bit 0: FM section; bit 8: option bit; bits 9 to 11: option code, of SAA7130 boards alone.
   ZELK_HWInfo info = InfoOf({.chipId = 0x7130, .boardConfig = 0x0B01, .eeprom = image});
   EXPECT_EQ(info.FmTuner, 1u);
@@ -144,8 +128,8 @@ TEST_F(HwInit, EveryEepromByte) {
   constexpr TunerRun kTuners[] = {{0x10, 0x13, 31}, {0x18, 0x1B, 42}};
   for (std::uint32_t byte = 0; byte <= 0xFF; ++byte) {
     SCOPED_TRACE(::testing::Message() << std::hex << byte);
-    const ZELK_HWInfo info =
-        InfoOf({.boardConfig = 0x40, .eeprom = Eeprom({{0x20, static_cast<std::uint8_t>(byte)}})});
+    const ZELK_HWInfo info = InfoOf(
+        {.boardConfig = 0x40, .eeprom = MakeEeprom({{0x20, static_cast<std::uint8_t>(byte)}})});
     const std::uint32_t type = TunerNamed(kTuners, byte, 48);
     EXPECT_EQ(TunerType(), type);
     ExpectTvLimits(info, kTvLimits, type);

@@ -108,8 +108,7 @@ TEST_F(Pll, Type43IsTunedByItsDriver) {
   EXPECT_THAT(trace, ::testing::Contains(
                          "tuner set TUNER.4 frequency=175250000 flags=1 channel=44 country=0"));
   EXPECT_THAT(trace, ::testing::Not(::testing::Contains(::testing::HasSubstr("i2c write"))));
-  Plug({.tunerType = 43, .tunerFilter = false});
-  Init();
+  PlugReady({.tunerType = 43, .tunerFilter = false});
   ZELK_TVInit();
   // Without a tuner filter the request fails; the closing notification's code is the result while
   // one is sent, the request's own on the same frequency.
@@ -132,8 +131,7 @@ TEST_F(Pll, TypesWithoutAPllSendNothing) {
   PlugTv(38);
   expectNothing("K38");
   for (const std::uint32_t type : {40u, 41u}) {
-    Plug({.tunerType = type, .tunerFilter = false});
-    Init();
+    PlugReady({.tunerType = type, .tunerFilter = false});
     ZELK_TVInit();
     expectNothing("silicon tuner without a tuner filter");
   }

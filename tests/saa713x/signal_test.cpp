@@ -123,8 +123,7 @@ TEST_F(Signal, FailedReadsFindNothing) {
 }
 
 TEST_F(Signal, NeedsTvModeAndSaysNothing) {
-  PlugTuner(1);
-  ASSERT_EQ(Init(), S_OK);
+  PlugReady();
   EXPECT_EQ(Ask({}), (Reading{VFW_E_WRONG_STATE, kUntouched, kUntouched, kUntouched}));
   EXPECT_THAT(TakeLog(), IsEmpty());
 }

@@ -6,8 +6,6 @@
 namespace zelk::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 struct Choice {
   std::uint32_t standard, country;
   std::uint32_t namedCountry;  // to the drivers
@@ -26,12 +24,6 @@ std::string Hex(std::uint32_t word) {
   char digits[9];
   std::snprintf(digits, sizeof(digits), "%08X", static_cast<unsigned>(word));
   return digits;
-}
-
-Lines Joined(std::initializer_list<Lines> parts) {
-  Lines all;
-  for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
-  return all;
 }
 
 // Each write selects its device first.

@@ -10,9 +10,6 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::IsSupersetOf;
 using virtual_cards::Saa713xOptions;
-using Lines = std::vector<std::string>;
-
-constexpr HRESULT kRefused = static_cast<HRESULT>(0x8007001F);
 
 class TvFormat : public CardTest {
  protected:
@@ -76,9 +73,7 @@ TEST_F(TvFormat, SwitchingToTvSetsTheDemodulatorUp) {
       {12, american},        {13, american}, {17, {"00 56 10 40"}},
       {18, {"00 56 7F 4B"}}, {1, none},      {46, none}};
   for (const auto& [type, words] : cases) {
-    PlugTuner(type);
-    ASSERT_EQ(Init(), S_OK);
-    TakeTrace();
+    PlugReady({.tunerType = type});
     EXPECT_EQ(ZELK_TVInit(), S_OK);
     EXPECT_EQ(TakeWrites("86"), words) << type;
   }
@@ -101,9 +96,7 @@ TEST_F(TvFormat, SwitchingToTvChangesTheTunersMode) {
   Lines expected = {"gpio 27 := 1", "capture set ZELK_SAA.65 00000000", "tuner query IAMTVTuner",
                     "tuner mode 1", "capture set ZELK_SAA.65 00000001"};
   for (const bool tunerFilter : {true, false}) {
-    Plug({.tunerType = 46, .boardConfig = 0xE3, .tunerFilter = tunerFilter});
-    ASSERT_EQ(Init(), S_OK);
-    TakeTrace();
+    PlugReady({.tunerType = 46, .boardConfig = 0xE3, .tunerFilter = tunerFilter});
     ZELK_TVInit();
     EXPECT_EQ(TakeTrace(), expected);
     expected.resize(1);
@@ -151,8 +144,7 @@ TEST_F(TvFormat, CountrySubstitutes) {
   for (const Saa713xOptions& board : boards) {
     for (const Country& country : kCountries) {
       for (const int i : {0, 1, 2}) {
-        Plug(board);
-        ASSERT_EQ(Init(), S_OK);
+        PlugReady(board);
         ZELK_TVInit();
         TakeTrace();
         EXPECT_EQ(ZELK_put_TVFormat(kStandards[i], country.code), S_OK);
@@ -280,8 +272,7 @@ TEST_F(TvFormat, TvSystems) {
 }
 
 TEST_F(TvFormat, TvSystemOutsideTvModeLosesTheFrequency) {
-  PlugTuner(1);
-  ASSERT_EQ(Init(), S_OK);
+  PlugReady();
   EXPECT_EQ(ZElk_put_TVSystem(AnalogVideo_PAL_B, 1), S_OK);
   ZELK_TVInit();
   TakeTrace();
@@ -291,8 +282,7 @@ TEST_F(TvFormat, TvSystemOutsideTvModeLosesTheFrequency) {
 }
 
 TEST_F(TvFormat, DecoderStandardRecord) {
-  PlugTuner(18);
-  ASSERT_EQ(Init(), S_OK);
+  PlugReady({.tunerType = 18});
   card->SetDetectedStandard(AnalogVideo_SECAM_D);
   std::uint32_t record[8] = {};
   EXPECT_EQ(ZELK_GetVIDEOSTANDARD(record), E_FAIL);

@@ -35,16 +35,6 @@ inline constexpr CardSetUp kCx2388xIo = {"cx2388x-io", true, true};
 inline constexpr CardSetUp kSetUps[] = {kBt878,   kBt878Tuner,   kBt878Io,
                                         kCx2388x, kCx2388xTuner, kCx2388xIo};
 
-using EepromImage = std::array<std::uint8_t, 256>;
-
-// Blank but for these bytes.
-inline EepromImage MakeEeprom(std::initializer_list<std::pair<int, std::uint8_t>> bytes) {
-  EepromImage image;
-  image.fill(0xFF);
-  for (const auto& [address, byte] : bytes) image[static_cast<std::size_t>(address)] = byte;
-  return image;
-}
-
 // A chip that also notes what is written to it: "C2: 0D 62 CE 90".
 class NotedChip final : public ToldChip {
  public:

@@ -7,6 +7,20 @@
 #include "platform/control.h"
 
 namespace zelk::test {
+
+Lines Joined(std::initializer_list<Lines> parts) {
+  Lines all;
+  for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
+  return all;
+}
+
+EepromImage MakeEeprom(std::initializer_list<std::pair<int, std::uint8_t>> bytes) {
+  EepromImage image;
+  image.fill(0xFF);
+  for (const auto& [address, byte] : bytes) image[static_cast<std::size_t>(address)] = byte;
+  return image;
+}
+
 virtual_cards::Air MakeAir(const std::vector<double>& pictureKHz, std::uint32_t standard) {
   virtual_cards::Air air;
   for (const double carrier : pictureKHz) {
@@ -55,6 +69,13 @@ HRESULT CardFixture::Init(std::uint32_t russiaFlag) {
   return ZELK_HWInit(capture.Get(), plugged->FriendlyName().c_str(), tuner.Get(), russiaFlag);
 }
 
+void CardTest::PlugReady(const virtual_cards::Saa713xOptions& options) {
+  Plug(options);
+  ASSERT_EQ(Init(), S_OK);
+  TakeLog();
+  TakeTrace();
+}
+
 virtual_cards::Saa713xCard& CardTest::PlugTv(std::uint32_t tunerType, virtual_cards::Air air) {
   PlugTuner(tunerType, std::move(air));
   EXPECT_EQ(Init(), S_OK);
@@ -62,25 +83,32 @@ virtual_cards::Saa713xCard& CardTest::PlugTv(std::uint32_t tunerType, virtual_ca
   return *card;
 }
 
-std::vector<std::string> CardFixture::TakeTrace() {
+ZELK_HWInfo CardFixture::Info() {
+  ZELK_HWInfo info = {};
+  EXPECT_EQ(ZELK_GetHWInfo(&info), S_OK);
+  return info;
+}
+
+std::uint32_t CardFixture::TunerType() {
+  std::uint32_t type = 77;
+  EXPECT_EQ(ZELK_GetTunerType(&type), S_OK);
+  return type;
+}
+
+Lines CardFixture::TakeTrace(const std::string& beginning) {
   plugged->AttachTrace(&trace_);
-  return trace_.Take();
-}
-
-std::vector<std::string> CardFixture::TakeWrites(const std::string& device) {
-  const std::string prefix = "i2c write " + device + ": ";
-  std::vector<std::string> writes;
-  for (const std::string& line : TakeTrace()) {
-    if (line.starts_with(prefix)) writes.push_back(line.substr(prefix.size()));
+  Lines lines;
+  for (const std::string& line : trace_.Take()) {
+    if (line.starts_with(beginning)) lines.push_back(line.substr(beginning.size()));
   }
-  return writes;
+  return lines;
 }
 
-std::vector<std::string> CardFixture::TakeLog(const std::string& name) {
+Lines CardFixture::TakeLog(const std::string& name) {
   std::stringstream text;
   if (std::ifstream file(name, std::ios::binary); file) text << file.rdbuf();
   std::filesystem::remove(name);  // once it is closed
-  std::vector<std::string> records;
+  Lines records;
   const std::string content = text.str();
   for (std::size_t at = 0; at < content.size();) {
     EXPECT_EQ(content.substr(at, 2), "\r\n");

@@ -5,8 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <filesystem>
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <string>
 #include <utility>
@@ -18,6 +20,16 @@
 #include "virtual_cards/cards/saa713x_card.h"
 
 namespace zelk::test {
+
+using Lines = std::vector<std::string>;
+Lines Joined(std::initializer_list<Lines> parts);
+
+// What a driver answers that refuses, as no part of the library does of its own.
+inline constexpr HRESULT kRefused = static_cast<HRESULT>(0x8007001F);
+
+using EepromImage = std::array<std::uint8_t, 256>;
+// Blank but for these bytes.
+EepromImage MakeEeprom(std::initializer_list<std::pair<int, std::uint8_t>> bytes);
 
 // One picture carrier of 70 dBuV at each frequency.
 virtual_cards::Air MakeAir(const std::vector<double>& pictureKHz,
@@ -45,13 +57,18 @@ class CardFixture : public ::testing::Test {
   // ZELK_HWInit with the plugged card's filters and name.
   HRESULT Init(std::uint32_t russiaFlag = 0);
 
-  // The trace lines since the last call. Tracing begins with the first call.
-  std::vector<std::string> TakeTrace();
-  // Those of them that are I2C writes to a device, their bytes alone: "0D 62 CE 90".
-  std::vector<std::string> TakeWrites(const std::string& device);
+  // What the card says of itself.
+  static ZELK_HWInfo Info();
+  static std::uint32_t TunerType();
+
+  // The trace lines since the last call, or what follows in those that begin so. Tracing begins
+  // with the first call.
+  Lines TakeTrace(const std::string& beginning = "");
+  // The bytes of the I2C writes to a device: "0D 62 CE 90".
+  Lines TakeWrites(const std::string& device) { return TakeTrace("i2c write " + device + ": "); }
 
   // The records of a log file, which is emptied.
-  std::vector<std::string> TakeLog(const std::string& name);
+  Lines TakeLog(const std::string& name);
 
   std::unique_ptr<virtual_cards::VirtualCard> plugged;
 
@@ -80,12 +97,12 @@ class CardTestOf : public CardFixture {
 class CardTest : public CardTestOf<virtual_cards::Saa713xCard, virtual_cards::Saa713xOptions> {
  protected:
   virtual_cards::Saa713xCard& PlugTuner(std::uint32_t tunerType, virtual_cards::Air air = {});
+  // Plugs and initialises a card, and forgets what that wrote.
+  void PlugReady(const virtual_cards::Saa713xOptions& options = {});
   // Plugs, initialises and switches to TV.
   virtual_cards::Saa713xCard& PlugTv(std::uint32_t tunerType, virtual_cards::Air air = {});
 
-  std::vector<std::string> TakeLog(const std::string& name = "zelkapi_713x.log") {
-    return CardFixture::TakeLog(name);
-  }
+  Lines TakeLog(const std::string& name = "zelkapi_713x.log") { return CardFixture::TakeLog(name); }
 };
 
 // A scan's events as text: "1003 175250".
