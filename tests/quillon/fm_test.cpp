@@ -98,16 +98,14 @@ TEST_F(QuillonFm, AudioModeOfTheDemodulator) {
 }
 
 TEST_F(QuillonFm, DemodulatorReadings) {
-  constexpr std::uint32_t kStrengths[] = {5, 4, 4, 3, 2, 1, 0, 0, 0, 0, 1, 2, 3, 4, 4, 5};
   for (const std::uint32_t code : {11u, 17u, 25u, 255u}) {
     PlugTold(code, 0x86);
     for (std::uint8_t afc = 0; afc < 16; ++afc) {
       // The bits around the reading do not count.
       const auto status = static_cast<std::uint8_t>(afc << 1 | (afc % 2 ? 0xE1 : 0));
-      const std::uint32_t present = afc == 0 || afc == 15;
-      const double offset = afc < 8 ? -12.5 - 25 * afc : 12.5 + 25 * (15 - afc);
-      EXPECT_EQ(Ask(status), (Reading{S_OK, present, kStrengths[afc], offset})) << +afc;
-      EXPECT_EQ(Ask(status, false), (Reading{S_OK, present, kUntouched, kUntouched})) << +afc;
+      const Reading expected = DemodulatorReading(afc, afc == 0 || afc == 15);
+      EXPECT_EQ(Ask(status), expected) << +afc;
+      EXPECT_EQ(Ask(status, false), (Reading{S_OK, expected.present, kUntouched, kUntouched}));
     }
   }
   // A failed reading counts as 0, whatever the driver's block held.
@@ -119,13 +117,12 @@ TEST_F(QuillonFm, DemodulatorReadings) {
 
 TEST_F(QuillonFm, TunerReadings) {
   PlugTold(16, 0xC0);
-  constexpr double kOffsets[] = {-125, -62.5, 0, 62.5, 125, 125, 125, 125};
-  constexpr std::uint32_t kStrengths[] = {0, 3, 5, 3, 0, 5, 6, 7};
   for (std::uint8_t afc = 0; afc < 8; ++afc) {
-    const std::uint32_t present = afc == 2;
+    Reading expected = kPllReadings[afc];
+    expected.present = afc == 2;
     const std::uint8_t status = 0x50 | afc;
-    EXPECT_EQ(Ask(status), (Reading{S_OK, present, kStrengths[afc], kOffsets[afc]})) << +afc;
-    EXPECT_EQ(Ask(status, false), (Reading{S_OK, present, afc, kUntouched})) << +afc;
+    EXPECT_EQ(Ask(status), expected) << +afc;
+    EXPECT_EQ(Ask(status, false), (Reading{S_OK, expected.present, afc, kUntouched})) << +afc;
   }
   // Bits 3, 5 and 7 do not count; lock and pilot do.
   EXPECT_EQ(Ask(0xFA).present, 1u);

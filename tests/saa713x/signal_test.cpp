@@ -26,27 +26,20 @@ class Signal : public CardTest {
 
 TEST_F(Signal, PllTunerAfc) {
   PlugTold(1, 0xC2);
-  const Reading expected[] = {
-      {S_OK, 0, 0, -125.0}, {S_OK, 1, 3, -62.5}, {S_OK, 1, 5, 0.0},   {S_OK, 1, 3, 62.5},
-      {S_OK, 0, 0, 125.0},  {S_OK, 0, 5, 125.0}, {S_OK, 0, 6, 125.0}, {S_OK, 0, 7, 125.0},
-  };
   for (std::uint8_t code = 0; code < 8; ++code) {
     // The bits above the reading do not matter.
-    EXPECT_EQ(Ask({static_cast<std::uint8_t>(0xC8 | code)}), expected[code]) << +code;
+    EXPECT_EQ(Ask({static_cast<std::uint8_t>(0xC8 | code)}), kPllReadings[code]) << +code;
     // Without a place for the offset the raw reading is the strength.
     EXPECT_EQ(Ask({code}, false).strength, code);
   }
 }
 
 TEST_F(Signal, DemodulatorAfc) {
-  const std::uint32_t level[] = {5, 4, 4, 3, 2, 1, 0, 0, 0, 0, 1, 2, 3, 4, 4, 5};
   for (const std::uint32_t type : {12u, 21u}) {
     PlugTold(type, 0x86);
     for (std::uint8_t code = 0; code < 16; ++code) {
-      const double offset = code < 8 ? -12.5 - 25.0 * code : 12.5 + 25.0 * (15 - code);
-      const std::uint32_t present = code <= 2 || code >= 13;
       EXPECT_EQ(Ask({static_cast<std::uint8_t>(0xE1 | code << 1)}),
-                (Reading{S_OK, present, level[code], offset}));
+                DemodulatorReading(code, code <= 2 || code >= 13));
       EXPECT_EQ(Ask({static_cast<std::uint8_t>(code << 1)}, false).strength, code);
     }
   }
