@@ -2,6 +2,7 @@
 #include <fstream>
 
 #include "tests/bt_family/noted_card.h"
+#include "tests/support/reading.h"
 
 namespace zelk::test {
 namespace {
@@ -44,9 +45,7 @@ TEST_F(Bt878Board, NumbersOfTheProfile) {
   for (const auto& [text, number] : numbers) {
     WriteProfile(std::string("0x41=2\n0xC=") + text + "\n");
     InfoOf({.eepromState = EepromState::kMissing});
-    std::uint8_t byte = 0xAA;
-    EXPECT_EQ(ZELK_ReadEEPROM(0x0C, &byte), E_FAIL);
-    EXPECT_EQ(byte, number) << text;
+    EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x0C), Answer(E_FAIL, number)) << text;
   }
 }
 
@@ -54,11 +53,8 @@ TEST_F(Bt878Board, NumbersOfTheProfile) {
 TEST_F(Bt878Board, BytesOfTheEeprom) {
   WriteProfile("0x42=5\n0x50=17\n");
   InfoOf({.eeprom = MakeEeprom({{0x41, 2}, {0x42, 0x10}})});
-  std::uint8_t byte = 0;
-  EXPECT_EQ(ZELK_ReadEEPROM(0x42, &byte), S_OK);
-  EXPECT_EQ(byte, 0x10);
-  EXPECT_EQ(ZELK_ReadEEPROM(0x50, &byte), E_FAIL);
-  EXPECT_EQ(byte, 17);
+  EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x42), Answer(S_OK, 0x10));
+  EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x50), Answer(E_FAIL, 17));
   EXPECT_EQ(ZELK_ReadEEPROM(0x50, nullptr), E_FAIL);
 }
 

@@ -2,6 +2,7 @@
 #include <functional>
 
 #include "tests/bt_family/noted_card.h"
+#include "tests/support/reading.h"
 
 namespace zelk::test {
 namespace {
@@ -21,9 +22,7 @@ TEST_F(Bt878Bus, DemodulatorByHardware) {
       TakeTrace(),
       Joined({before, {"i2c write 86: 00 4E 90 4B", "i2c result", "i2c setup software 100000"}}));
   demodulator->Tell({0xE0});
-  std::uint32_t present = 0;
-  EXPECT_EQ(ZELK_FMIsSignalPresent(&present, nullptr, nullptr), S_OK);
-  EXPECT_EQ(present, 1u);
+  EXPECT_EQ(ZELK_FMIsSignalPresent(nullptr, nullptr, nullptr), S_OK);
   EXPECT_EQ(
       TakeTrace(),
       Joined({before, {"i2c order read 86", "i2c read 86 -> E0", "i2c setup software 100000"}}));
@@ -39,11 +38,10 @@ TEST_F(Bt878Bus, DemodulatorByHardware) {
 // What one refused request makes of an operation: its result and the lines of the log.
 TEST_F(Bt878Bus, RefusedRequests) {
   const auto tune = [] { return ZELK_SetFreq(175250, nullptr); };
-  std::uint32_t present = 0;
-  const auto read = [&] { return ZELK_IsSignalPresent(&present, nullptr, nullptr); };
+  const auto read = [] { return ZELK_IsSignalPresent(nullptr, nullptr, nullptr); };
   const auto setAudio = [] { return ZELK_FMInit(), ZELK_FMSetAudioMode(1); };
-  const auto readAudio = [&] {
-    return ZELK_FMInit(), ZELK_FMIsSignalPresent(&present, nullptr, nullptr);
+  const auto readAudio = [] {
+    return ZELK_FMInit(), ZELK_FMIsSignalPresent(nullptr, nullptr, nullptr);
   };
   struct Case {
     const char* request;
@@ -78,13 +76,11 @@ TEST_F(Bt878Bus, RefusedRequests) {
 TEST_F(Bt878Bus, EepromOverTheDriver) {
   const Board board = {.eeprom = MakeEeprom({{0x41, 2}, {0x50, 0x5A}})};
   PlugNoted(kBt878, board);
-  std::uint8_t byte = 0;
   const Strings start = Start(kBt878);
   const Strings stop = Stop(kBt878);
   const Strings probe = Joined({start, Sent(kBt878, {"A0"}), stop});
   Slept();
-  EXPECT_EQ(ZELK_ReadEEPROM(0x50, &byte), S_OK);
-  EXPECT_EQ(byte, 0x5A);
+  EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x50), Answer(S_OK, 0x5A));
   EXPECT_EQ(Slept(), 20u + 20 + 35);
   EXPECT_EQ(TakeTrace(), Joined({probe,
                                  start,
@@ -96,8 +92,7 @@ TEST_F(Bt878Bus, EepromOverTheDriver) {
 
   // Nobody there: three probes.
   card->FitChip(0xA0, nullptr);
-  EXPECT_EQ(ZELK_ReadEEPROM(0x50, &byte), E_FAIL);
-  EXPECT_EQ(byte, 0xFF);
+  EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x50), Answer(E_FAIL, 0xFF));
   const Strings unheard = {"i2c start", "i2c write-byte A0 -> nak", "i2c stop"};
   EXPECT_EQ(TakeTrace(), Joined({unheard, unheard, unheard}));
 
@@ -109,9 +104,7 @@ TEST_F(Bt878Bus, EepromOverTheDriver) {
     PlugNoted(kBt878, board);
     const std::string request = std::string("i2c write-byte ") + refused;
     card->Refuse(request, E_FAIL);
-    byte = 0xAA;
-    EXPECT_EQ(ZELK_ReadEEPROM(0x50, &byte), E_FAIL);
-    EXPECT_EQ(byte, 0xAA) << "the place is left alone";
+    EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x50), Answer(E_FAIL, kUntouched));
     Strings expected = probe;
     for (int i = 0; i < 10; ++i) {
       expected = Joined({expected, heard, {request + " -> 80004005", "i2c stop", "i2c stop"}});
@@ -122,15 +115,11 @@ TEST_F(Bt878Bus, EepromOverTheDriver) {
 
 TEST_F(Bt878Bus, EepromOverTheLibrary) {
   PlugNoted(kBt878Io);
-  std::uint8_t byte = 0;
   const Strings probe = Joined({Start(kBt878Io), Sent(kBt878Io, {"A0"})});
-  EXPECT_EQ(ZELK_ReadEEPROM(0x50, &byte), E_FAIL);
-  EXPECT_EQ(byte, 0xFF);
+  EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x50), Answer(E_FAIL, 0xFF));
   EXPECT_EQ(TakeTrace(), Joined({probe, probe, probe}));
   card->FitChip(0xA0, nullptr);
-  byte = 0xAA;
-  EXPECT_EQ(ZELK_ReadEEPROM(0x50, &byte), E_FAIL);
-  EXPECT_EQ(byte, 0xAA);
+  EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x50), Answer(E_FAIL, kUntouched));
   EXPECT_THAT(TakeTrace(), ElementsAre("io I2CSWSTART", "io I2CSWWRITE A0 -> 0"));
 }
 

@@ -1,5 +1,6 @@
 // The CX2388x's hardware I2C and its EEPROM, step by step.
 #include "tests/bt_family/noted_card.h"
+#include "tests/support/reading.h"
 
 namespace zelk::test {
 namespace {
@@ -41,24 +42,20 @@ TEST_F(Bt88xBus, Failures) {
 
 TEST_F(Bt88xBus, Eeprom) {
   const auto image = MakeEeprom({{6, 0}, {0x50, 0x5A}});
-  std::uint8_t byte = 0;
   PlugNoted(kCx2388x, {.eeprom = image});
-  EXPECT_EQ(ZELK_ReadEEPROM(0x50, &byte), S_OK);
-  EXPECT_EQ(byte, 0x5A);
+  EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x50), Answer(S_OK, 0x5A));
   EXPECT_THAT(TakeTrace(), ElementsAre("eeprom select 50", "eeprom read 50 -> 5A"));
   card->Refuse("eeprom read", kRefused);
-  EXPECT_EQ(ZELK_ReadEEPROM(0x50, &byte), kRefused);
-  EXPECT_EQ(byte, 0);
+  EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x50), Answer(kRefused, 0));
   card->ClearRefusals();
   // The selection's own failure is not asked for.
   card->Refuse("eeprom select", kRefused);
-  EXPECT_EQ(ZELK_ReadEEPROM(0x51, &byte), S_OK);
+  EXPECT_EQ(ZELK_ReadEEPROM(0x51, nullptr), S_OK);
   EXPECT_THAT(TakeLog(), IsEmpty());
 
   PlugNoted(kCx2388xIo, {.eeprom = image});
   Slept();
-  EXPECT_EQ(ZELK_ReadEEPROM(0x50, &byte), S_OK);
-  EXPECT_EQ(byte, 0x5A);
+  EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x50), Answer(S_OK, 0x5A));
   EXPECT_EQ(Slept(), 0u);
   const Strings start = Start(kCx2388xIo);
   EXPECT_EQ(TakeTrace(), Joined({start,

@@ -1,5 +1,6 @@
 // Transactions that cards of both families know, step by step.
 #include "tests/bt_family/noted_card.h"
+#include "tests/support/reading.h"
 
 namespace zelk::test {
 namespace {
@@ -75,50 +76,40 @@ TEST_F(BtBus, RemoteControl) {
   for (const CardSetUp& wanted : {kBt878, kBt878Io, kCx2388x, kCx2388xIo}) {
     SCOPED_TRACE(wanted.name);
     PlugNoted(wanted);
-    std::uint32_t code = 0xAAAAAAAA;
     for (const std::uint8_t key : {0x02, 0xFF, 0x36, 0x7E, 0xAB, 0x8F}) {
       card->PressKey(key);
       TakeTrace();
-      EXPECT_EQ(ZELK_GetRemoteData(&code), S_OK);
-      EXPECT_EQ(code, key);
+      EXPECT_EQ(Ask(ZELK_GetRemoteData), Answer(S_OK, key));
     }
     EXPECT_EQ(TakeTrace(), Asked(wanted));
     card->Refuse(!wanted.cx2388x    ? "gpio 15-23"
                  : wanted.ioLibrary ? "io GetGPData"
                                     : "register read 350018",
                  kRefused);
-    code = 0xAAAAAAAA;
-    const HRESULT result = ZELK_GetRemoteData(&code);
+    const Answer answer = Ask(ZELK_GetRemoteData);
     if (wanted.cx2388x) {
-      EXPECT_EQ(result, E_FAIL);
-      EXPECT_EQ(code, 0xAAAAAAAAu);
+      EXPECT_EQ(answer, Answer(E_FAIL, kUntouched));
     } else if (!wanted.ioLibrary) {
-      EXPECT_EQ(result, kRefused);
-      EXPECT_EQ(code, 0u);
+      EXPECT_EQ(answer, Answer(kRefused, 0));
     }
     EXPECT_EQ(TakeLog(),
               Strings(wanted.cx2388x && !wanted.ioLibrary, "BT88X Internal_ReadGPIO() fail"));
     card->ClearRefusals();
     // Only the last register's reading counts.
     card->Refuse("register read 350010", kRefused);
-    EXPECT_EQ(ZELK_GetRemoteData(&code), S_OK);
-    EXPECT_EQ(code, 0x8Fu);
+    EXPECT_EQ(Ask(ZELK_GetRemoteData), Answer(S_OK, 0x8F));
     card->ReleaseKey();
-    EXPECT_EQ(ZELK_GetRemoteData(&code), S_OK);
-    EXPECT_EQ(code, 0u);
+    EXPECT_EQ(Ask(ZELK_GetRemoteData), Answer(S_OK, 0));
   }
 }
 
 TEST_F(BtBus, Locks) {
   for (const CardSetUp& wanted : {kBt878, kCx2388x}) {
     PlugNoted(wanted);
-    std::uint32_t on = 77;
     EXPECT_EQ(ZELK_SetHWLock(0, 1), S_OK);
     EXPECT_EQ(ZELK_SetHWLock(1, 2), S_OK);  // only 1 is on
-    EXPECT_EQ(ZELK_GetHWLock(0, &on), S_OK);
-    EXPECT_EQ(on, 1u);
-    EXPECT_EQ(ZELK_GetHWLock(1, &on), S_OK);
-    EXPECT_EQ(on, 0u);
+    EXPECT_EQ(Ask(ZELK_GetHWLock, 0), Answer(S_OK, 1));
+    EXPECT_EQ(Ask(ZELK_GetHWLock, 1), Answer(S_OK, 0));
     // On a CX2388x each setting asks for the interface anew.
     const Strings asked(wanted.cx2388x, "capture query IKsPropertySet");
     EXPECT_EQ(
@@ -127,45 +118,40 @@ TEST_F(BtBus, Locks) {
     EXPECT_TRUE(card->Lock(0));
     card->Refuse("lock 0", kRefused);
     EXPECT_EQ(ZELK_SetHWLock(0, 0), kRefused);
-    EXPECT_EQ(ZELK_GetHWLock(0, &on), kRefused);
-    EXPECT_EQ(on, 0u);
+    EXPECT_EQ(Ask(ZELK_GetHWLock, 0), Answer(kRefused, 0));
     EXPECT_THAT(TakeLog(), IsEmpty());
   }
   card->ClearRefusals();
   card->Refuse("capture query IKsPropertySet", kRefused);
   EXPECT_EQ(ZELK_SetHWLock(0, 1), kRefused);
   EXPECT_THAT(TakeLog(), ElementsAre("BT88X SetHWLock: Get IKsPropertySet interface fail"));
-  std::uint32_t on = 77;
-  EXPECT_EQ(ZELK_GetHWLock(0, &on), S_OK);
+  EXPECT_EQ(ZELK_GetHWLock(0, nullptr), S_OK);
 }
 
 TEST_F(BtBus, DecoderLock) {
-  std::uint32_t present = 77;
-  std::uint32_t strength = 77;
+  const auto ask = [&] {
+    return AskSignal([&](std::uint32_t* present, std::uint32_t* strength, double*) {
+      return Device().IsSignalPresent_DECODER(present, strength);
+    });
+  };
   for (const CardSetUp& wanted : {kBt878Tuner, kBt878Io, kCx2388xTuner, kCx2388xIo}) {
     SCOPED_TRACE(wanted.name);
     PlugTv(wanted, {.tunerType = 1}, MakeAir({175250}));
     ZELK_SetFreq(175250, nullptr);
     TakeTrace();
-    EXPECT_EQ(Device().IsSignalPresent_DECODER(&present, &strength), S_OK);
-    EXPECT_EQ(present, 1u);
-    EXPECT_EQ(strength, 5u);
+    EXPECT_EQ(ask(), (Reading{S_OK, 1, 5, kUntouched}));
     const std::string heard = ::testing::PrintToString(TakeTrace());
     EXPECT_THAT(heard, ::testing::HasSubstr(!wanted.ioLibrary ? "horizontal-locked -> 1"
                                             : wanted.cx2388x  ? "io ReadDecoder 100 -> "
                                                               : "io READDECODER 0 -> C0"));
     ZELK_SetFreq(471250, nullptr);
-    EXPECT_EQ(Device().IsSignalPresent_DECODER(&present, &strength), S_OK);
-    EXPECT_EQ(present, 0u);
-    EXPECT_EQ(strength, 0u);
+    EXPECT_EQ(ask(), (Reading{S_OK, 0, 0, kUntouched}));
   }
   PlugTv(kBt878, {});
   for (const char* request : {"capture query IAMAnalogVideoDecoder", "capture horizontal-locked"}) {
     card->ClearRefusals();
     card->Refuse(request, kRefused);
-    present = 77;
-    EXPECT_EQ(Device().IsSignalPresent_DECODER(&present, nullptr), kRefused);
-    EXPECT_EQ(present, 0u);
+    EXPECT_EQ(ask(), (Reading{kRefused, 0, 0, kUntouched}));
   }
 }
 

@@ -1,5 +1,6 @@
 // I2C, locks and the audio converter.
 #include "tests/quillon/quillon_test.h"
+#include "tests/support/reading.h"
 #include "tests/support/told_chip.h"
 
 namespace zelk::test {
@@ -64,10 +65,8 @@ TEST_F(QuillonBus, RefusedTransfers) {
 
 TEST_F(QuillonBus, Locks) {
   PlugReady();
-  std::uint32_t value = 77;
   // Reading asks for nothing, setting for a mode.
-  EXPECT_EQ(ZELK_GetHWLock(1, &value), S_OK);
-  EXPECT_EQ(value, 0u);
+  EXPECT_EQ(Ask(ZELK_GetHWLock, 1), Answer(S_OK, 0));
   EXPECT_EQ(ZELK_SetHWLock(0, 1), VFW_E_WRONG_STATE);
   EXPECT_THAT(TakeLog(), ElementsAre("Quillon SetHWLock(): Current mode not TV or FM"));
   for (const auto& enter : {&ZELK_TVInit, &ZELK_FMInit}) {
@@ -79,15 +78,11 @@ TEST_F(QuillonBus, Locks) {
                                          "capture set QL2_BOARD.106 01",
                                          "capture query-supported QL2_BOARD.109 -> 00000003",
                                          "capture set QL2_BOARD.109 FE"));
-    EXPECT_EQ(ZELK_GetHWLock(0, &value), S_OK);
-    EXPECT_EQ(value, 1u);
-    EXPECT_EQ(ZELK_GetHWLock(1, &value), S_OK);
-    EXPECT_EQ(value, 0xFEu);
+    EXPECT_EQ(Ask(ZELK_GetHWLock, 0), Answer(S_OK, 1));
+    EXPECT_EQ(Ask(ZELK_GetHWLock, 1), Answer(S_OK, 0xFE));
   }
   TakeTrace();
-  value = 77;
-  EXPECT_EQ(ZELK_GetHWLock(2, &value), E_FAIL);
-  EXPECT_EQ(value, 77u);
+  EXPECT_EQ(Ask(ZELK_GetHWLock, 2), Answer(E_FAIL, kUntouched));
   EXPECT_THAT(TakeLog(), IsEmpty());
   EXPECT_EQ(ZELK_SetHWLock(2, 1), E_FAIL);
   EXPECT_THAT(TakeLog(), ElementsAre("Unknown lock hardware type"));
@@ -96,12 +91,11 @@ TEST_F(QuillonBus, Locks) {
   card->Refuse("capture set QL2_BOARD", kRefused);
   card->Refuse("capture get QL2_BOARD", kRefused);
   EXPECT_EQ(ZELK_SetHWLock(0, 1), kRefused);
-  EXPECT_EQ(ZELK_GetHWLock(0, &value), kRefused);
-  EXPECT_EQ(value, 0u);  // what the block held
+  EXPECT_EQ(Ask(ZELK_GetHWLock, 0), Answer(kRefused, 0));  // what the block held
   EXPECT_THAT(TakeLog(), IsEmpty());
 
   card->Refuse("capture query-supported QL2_BOARD", kRefused);
-  EXPECT_EQ(ZELK_GetHWLock(0, &value), E_FAIL);
+  EXPECT_EQ(ZELK_GetHWLock(0, nullptr), E_FAIL);
   EXPECT_EQ(ZELK_SetHWLock(0, 1), E_FAIL);
   EXPECT_EQ(ZELK_SetHWLock(1, 1), E_FAIL);
   EXPECT_THAT(TakeLog(), ElementsAre("Quillon SetHWLock: QuerySupported PropertySet fail"));
@@ -121,19 +115,6 @@ TEST_F(QuillonBus, AudioConverter) {
   EXPECT_THAT(host::TakeDebugOutput(),
               ElementsAre("Set ADC Volume R0 failed.", "Set ADC Volume R1 failed.",
                           "end of set adc volume"));
-}
-
-// What this family does not have, and what the others do not.
-TEST_F(QuillonBus, ExportsOfOtherFamilies) {
-  PlugReady();
-  TakeTrace();
-  std::uint32_t value = 0;
-  std::uint8_t byte = 0;
-  EXPECT_EQ(ZELK_GetRemoteData(&value), E_FAIL);
-  EXPECT_EQ(ZELK_ReadEEPROM(0, &byte), E_FAIL);
-  EXPECT_EQ(ZELK_I2CReadSequence(0xC0, &byte, 1), E_FAIL);
-  EXPECT_EQ(ZELK_SetVolume(1), E_FAIL);
-  EXPECT_THAT(TakeTrace(), IsEmpty());
 }
 
 }  // namespace

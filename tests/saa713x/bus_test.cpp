@@ -2,6 +2,7 @@
 #include "platform/control.h"
 #include "platform/vamp.h"
 #include "tests/support/card_test.h"
+#include "tests/support/reading.h"
 
 namespace zelk::test {
 namespace {
@@ -44,18 +45,14 @@ TEST_F(Bus, Eeprom) {
   std::array<std::uint8_t, 256> image;
   for (std::size_t i = 0; i < image.size(); ++i) image[i] = static_cast<std::uint8_t>(255 - i);
   PlugReady({.eeprom = image});
-  std::uint8_t byte = 0;
-  EXPECT_EQ(ZELK_ReadEEPROM(0x30, &byte), S_OK);
-  EXPECT_EQ(byte, 0xCF);
+  EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x30), Answer(S_OK, 0xCF));
   EXPECT_THAT(TakeTrace(), ElementsAre("i2c select A0", "i2c read A0[30] -> CF"));
   // Its status is not looked at: the call's own code decides.
   card->Refuse("i2c read A0", kVampBusFailed);
-  EXPECT_EQ(ZELK_ReadEEPROM(0x31, &byte), S_OK);
+  EXPECT_EQ(ZELK_ReadEEPROM(0x31, nullptr), S_OK);
 
   PlugReady({.eepromPresent = false});
-  byte = 77;
-  EXPECT_EQ(ZELK_ReadEEPROM(0x30, &byte), E_FAIL);
-  EXPECT_EQ(byte, 0);
+  EXPECT_EQ(Ask<std::uint8_t>(ZELK_ReadEEPROM, 0x30), Answer(E_FAIL, 0));
   EXPECT_THAT(TakeLog(), ElementsAre("SAA713x ReadEEPROM(): Read data fail"));
 }
 
@@ -75,12 +72,9 @@ TEST_F(Bus, RemoteChipKeys) {
   };
   for (const Case& one : cases) {
     card->PressKey(one.kind, one.code);
-    std::uint32_t data = 0xAAAAAAAA;
-    std::uint8_t icData = 0xAA;
-    EXPECT_EQ(ZELK_GetRemoteData(&data), S_OK);
-    EXPECT_EQ(ZELK_GetRemoteICData(&icData), S_OK);
-    EXPECT_EQ(data, one.data) << +one.kind << " " << +one.code;
-    EXPECT_EQ(icData, one.icData) << +one.kind << " " << +one.code;
+    EXPECT_EQ(Ask(ZELK_GetRemoteData), Answer(S_OK, one.data)) << +one.kind << " " << +one.code;
+    EXPECT_EQ(Ask<std::uint8_t>(ZELK_GetRemoteICData), Answer(S_OK, one.icData))
+        << +one.kind << " " << +one.code;
   }
 }
 
@@ -88,48 +82,41 @@ TEST_F(Bus, RemoteChipTraffic) {
   PlugReady();
   card->PressKey(2, 1);
   const auto before = host::SleptMilliseconds();
-  std::uint32_t data = 0;
-  EXPECT_EQ(ZELK_GetRemoteData(&data), S_OK);
+  EXPECT_EQ(ZELK_GetRemoteData(nullptr), S_OK);
   EXPECT_EQ(host::SleptMilliseconds() - before, 20u);
   EXPECT_THAT(TakeTrace(), ElementsAre("i2c select 80", "i2c read 80[0D] -> 01", "i2c select 80",
                                        "i2c read 80[0B] -> 02"));
-  std::uint8_t icData = 0;
-  EXPECT_EQ(ZELK_GetRemoteICData(&icData), S_OK);
+  EXPECT_EQ(ZELK_GetRemoteICData(nullptr), S_OK);
   EXPECT_THAT(TakeTrace(), ElementsAre("i2c select 80", "i2c write 80: 0D", "i2c read 80 -> 01",
                                        "i2c select 80", "i2c write 80: 0B", "i2c read 80 -> 02"));
   // The result is that of the last read alone.
   card->Refuse("i2c read 80[0D]", E_FAIL);
-  EXPECT_EQ(ZELK_GetRemoteData(&data), S_OK);
+  EXPECT_EQ(ZELK_GetRemoteData(nullptr), S_OK);
   card->Refuse("i2c read 80[0B]", E_FAIL);
-  EXPECT_EQ(ZELK_GetRemoteData(&data), E_FAIL);
-  EXPECT_EQ(data, 0u);
+  EXPECT_EQ(Ask(ZELK_GetRemoteData), Answer(E_FAIL, 0));
 }
 
 TEST_F(Bus, RemoteOnGpio) {
   PlugReady({.remoteChip = false});
-  std::uint32_t data = 0;
   // Lines 3 to 10 carry the eight bits; line 4 is high while a key waits.
   for (const unsigned line : {3u, 4u, 6u, 10u}) card->DriveGpioInput(line, true);
   TakeTrace();
-  EXPECT_EQ(ZELK_GetRemoteData(&data), S_OK);
-  EXPECT_EQ(data, 0x8Bu);
+  EXPECT_EQ(Ask(ZELK_GetRemoteData), Answer(S_OK, 0x8B));
   EXPECT_THAT(TakeTrace(),
               ElementsAre("gpio 3 -> 1", "gpio 4 -> 1", "gpio 5 -> 0", "gpio 6 -> 1", "gpio 7 -> 0",
                           "gpio 8 -> 0", "gpio 9 -> 0", "gpio 10 -> 1", "gpio 2 := 1"));
   card->DriveGpioInput(4, false);
   for (const unsigned line : {3u, 6u, 10u}) card->DriveGpioInput(line, true);
-  EXPECT_EQ(ZELK_GetRemoteData(&data), S_OK);
-  EXPECT_EQ(data, 0u);
+  EXPECT_EQ(Ask(ZELK_GetRemoteData), Answer(S_OK, 0));
   EXPECT_THAT(TakeTrace(), ElementsAre("gpio 3 -> 1", "gpio 4 -> 0"));
   card->Refuse("gpio 4", E_FAIL);
-  EXPECT_EQ(ZELK_GetRemoteData(&data), E_FAIL);
+  EXPECT_EQ(ZELK_GetRemoteData(nullptr), E_FAIL);
 }
 
 TEST_F(Bus, UnreadableRemoteByteMeansTheChip) {
   // EEPROM byte 0x22 reads as 0, so that its bit 2 is clear.
   PlugReady({.eepromPresent = false});
-  std::uint32_t data = 0;
-  ZELK_GetRemoteData(&data);
+  ZELK_GetRemoteData(nullptr);
   EXPECT_EQ(TakeTrace().front(), "i2c select 80");
 }
 

@@ -5,6 +5,7 @@
 #include "platform/control.h"
 #include "tests/support/card_test.h"
 #include "tests/support/common_modules.h"
+#include "tests/support/reading.h"
 
 namespace zelk::test {
 namespace {
@@ -171,8 +172,7 @@ TEST_F(HwInit, FmLimits) {
 
 TEST_F(HwInit, TunerPowerSwitch) {
   for (const std::uint32_t board : {0xE2u, 0x42u}) {
-    InfoOf({.boardConfig = board});
-    TakeTrace();
+    PlugReady({.boardConfig = board});
     ZELK_SetTunerPowerState(0);
     ZELK_SetTunerPowerState(7);
     const std::vector<std::string> both = {"capture set ZELK_SAA.67 00000001",
@@ -182,35 +182,23 @@ TEST_F(HwInit, TunerPowerSwitch) {
 }
 
 TEST_F(HwInit, LocksAndFlags) {
-  InfoOf({});
-  TakeTrace();
-  std::uint32_t value = 77;
+  PlugReady();
   EXPECT_EQ(ZELK_SetHWLock(2, 1), E_FAIL);
-  EXPECT_EQ(ZELK_GetHWLock(2, &value), E_FAIL);
-  EXPECT_EQ(value, 77u);
+  EXPECT_EQ(Ask(ZELK_GetHWLock, 2), Answer(E_FAIL, kUntouched));
   EXPECT_THAT(TakeTrace(), IsEmpty());
   EXPECT_EQ(ZELK_SetHWLock(1, 5), S_OK);
-  EXPECT_EQ(ZELK_GetHWLock(1, &value), S_OK);
-  EXPECT_EQ(value, 5u);
-  EXPECT_EQ(ZELK_GetHWLock(0, &value), S_OK);
-  EXPECT_EQ(value, 0u);
+  EXPECT_EQ(Ask(ZELK_GetHWLock, 1), Answer(S_OK, 5));
+  EXPECT_EQ(Ask(ZELK_GetHWLock, 0), Answer(S_OK, 0));
   card->Refuse("capture set ZELK_SAA.70", E_FAIL);
   EXPECT_EQ(ZELK_SetRussiaFlag(1), E_FAIL);
-}
-
-// A refused reading leaves the preset in the place: 0, or the property's own id.
-TEST_F(HwInit, AudioPropertiesThatCannotBeRead) {
-  InfoOf({});
-  std::uint32_t value = 77;
+  // A refused reading leaves the preset in the place: 0, or the property's own id.
   card->Refuse("capture get", E_FAIL);
-  EXPECT_EQ(ZELK_GetFUSE(&value), E_FAIL);
-  EXPECT_EQ(value, 0u);
-  EXPECT_EQ(ZELK_GetGainValue(0x71, &value), E_FAIL);
-  EXPECT_EQ(value, 0x71u);
+  EXPECT_EQ(Ask(ZELK_GetFUSE), Answer(E_FAIL, 0));
+  EXPECT_EQ(Ask(ZELK_GetGainValue, 0x71), Answer(E_FAIL, 0x71));
 }
 
 TEST_F(HwInit, WithoutATunerFilter) {
-  InfoOf({.tunerFilter = false});
+  PlugReady({.tunerFilter = false});
   ZELK_TVInit();
   TakeTrace();
   // Nothing is tuned and the standard is not stored, but the country is.
