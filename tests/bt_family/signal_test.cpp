@@ -143,26 +143,5 @@ TEST_F(BtSignal, Waits) {
   EXPECT_EQ(slept([&] { ZELK_FMIsSignalPresent(&present, nullptr, nullptr); }), 35u + 20);
 }
 
-// The status bytes that the FM scan reads.
-TEST_F(BtSignal, FmStatusBytes) {
-  for (const CardSetUp& wanted : {kBt878, kCx2388x}) {
-    for (const std::uint32_t type : {1u, 13u, 15u, 20u, 21u}) {
-      SCOPED_TRACE(std::string(wanted.name) + " tuner type " + std::to_string(type));
-      PlugNoted(wanted, type, true);
-      pll->Tell({0x52});
-      demodulator->Tell({0xE3});
-      std::uint8_t tuner = 0xAA;
-      std::uint8_t afc = 0xAA;
-      // Type 20, without an FM section, counts on a CX2388x too.
-      const bool both = type != 1 && (type != 20 || wanted.cx2388x);
-      EXPECT_EQ(Device().GetFMStatusByte(nullptr, &afc), both ? S_OK : E_FAIL);
-      EXPECT_EQ(afc, both ? 0xE3 : 0);
-      EXPECT_EQ(Device().GetFMStatusByte(&tuner, nullptr), S_OK);
-      EXPECT_EQ(tuner, 0x52);
-      EXPECT_EQ(Device().GetFMStatusByte(nullptr, nullptr), E_FAIL);
-    }
-  }
-}
-
 }  // namespace
 }  // namespace zelk::test

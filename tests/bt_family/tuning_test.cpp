@@ -128,36 +128,5 @@ TEST_F(BtTuning, FmOnEachKindOfModule) {
   }
 }
 
-TEST_F(BtTuning, JapaneseModuleReachesDownTo76MHz) {
-  for (const CardSetUp& wanted : {kBt878, kCx2388x}) {
-    PlugFm(wanted, {.tunerType = 5});
-    FitNotedChips();
-    EXPECT_EQ(ZELK_FMSetFreq(75999, nullptr), E_FAIL);
-    EXPECT_EQ(ZELK_FMSetFreq(76000, nullptr), S_OK);
-    EXPECT_EQ(TakeNotes(), Strings{std::string(wanted.PllAddress()) + ": 06 C6 88 A5"});
-  }
-}
-
-// A scan tests a station a second time with another control word.
-TEST_F(BtTuning, FmControlWords) {
-  PlugFm(kBt878, {.tunerType = 1});
-  FitNotedChips();
-  const auto controlFor = [&](std::uint32_t mode, std::uint32_t flag) {
-    Device().SetFMTuneFlag(flag);
-    EXPECT_EQ(Device().SetFMAudioMode(mode), S_OK);
-    return TakeNotes().at(0).substr(10);
-  };
-  EXPECT_EQ(controlFor(1, 0), "88 A4");
-  EXPECT_EQ(controlFor(1, 1), "88 A5");
-  EXPECT_EQ(controlFor(0, 0), "88 A6");
-  EXPECT_EQ(controlFor(0, 1), "88 A7");
-  EXPECT_EQ(controlFor(2, 1), "88 A6");
-  Device().SetFMTuneFlag(0);
-  ZELK_FMInit();
-  TakeNotes();
-  Device().SetFMFreq(98000);
-  EXPECT_EQ(TakeNotes().at(0).substr(10), "88 A5");
-}
-
 }  // namespace
 }  // namespace zelk::test

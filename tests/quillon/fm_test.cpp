@@ -1,5 +1,4 @@
 // FM radio: words for the chips, and what their readings mean.
-#include "backends/tuner_modules/fm_receiver.h"
 #include "tests/quillon/quillon_test.h"
 #include "tests/support/reading.h"
 #include "tests/support/told_chip.h"
@@ -151,48 +150,6 @@ TEST_F(QuillonFm, ReceiverReadings) {
     card->Refuse("capture query-supported QL2_I2C.1", kRefused);
     EXPECT_EQ(AskSignal(ZELK_FMIsSignalPresent), (Reading{S_OK, 0, 0, 0.0}));
   }
-}
-
-TEST_F(QuillonFm, StatusBytes) {
-  const auto statusByte = [](std::uint8_t* tuner, std::uint8_t* demodulator) {
-    return Slot<QuillonDevice>()->GetFMStatusByte(tuner, demodulator);
-  };
-  PlugTold(17, 0x86);
-  ToldChip tuner;
-  tuner.Tell({0x42});
-  card->FitChip(0xC0, &tuner);
-  chip.Tell({0x1C});
-  std::uint8_t tunerByte = 0;
-  std::uint8_t demodulatorByte = 0;
-  EXPECT_EQ(statusByte(&tunerByte, &demodulatorByte), S_OK);
-  EXPECT_EQ(tunerByte, 0x42);
-  EXPECT_EQ(demodulatorByte, 0x1C);
-  EXPECT_EQ(statusByte(nullptr, nullptr), E_FAIL);
-  EXPECT_EQ(statusByte(nullptr, &demodulatorByte), S_OK);
-  // One variable serves both readings.
-  card->Refuse("i2c read C0", kRefused);
-  EXPECT_EQ(statusByte(&tunerByte, &demodulatorByte), E_FAIL);
-  EXPECT_EQ(tunerByte, 0x1C);
-  card->Refuse("i2c read 86", kRefused);
-  EXPECT_EQ(statusByte(&tunerByte, &demodulatorByte), E_FAIL);
-  EXPECT_EQ(tunerByte, 0);
-  EXPECT_EQ(demodulatorByte, 0);
-  EXPECT_EQ(TakeLog(), Lines(3, "Quillon I2CRead() fail"));
-
-  // A module that shows its demodulator although it has no FM section.
-  PlugTold(26, 0x86);
-  chip.Tell({0x1C});
-  EXPECT_EQ(statusByte(nullptr, &demodulatorByte), S_OK);
-  EXPECT_EQ(demodulatorByte, 0x1C);
-
-  // Without a demodulator.
-  PlugTold(16, 0xC0);
-  chip.Tell({0x52});
-  demodulatorByte = 77;
-  EXPECT_EQ(statusByte(nullptr, &demodulatorByte), E_FAIL);
-  EXPECT_EQ(demodulatorByte, 0);
-  EXPECT_EQ(statusByte(&tunerByte, nullptr), S_OK);
-  EXPECT_EQ(tunerByte, 0x52);
 }
 
 TEST_F(QuillonFm, Refusals) {

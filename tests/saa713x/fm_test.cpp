@@ -402,37 +402,5 @@ TEST_F(Fm, PresenceByDriver) {
   }
 }
 
-TEST_F(Fm, StatusBytes) {
-  ToldChip tuner;
-  ToldChip demodulator;
-  tuner.Tell({0x54});
-  demodulator.Tell({0x1E});
-  struct Case {
-    std::uint32_t type;
-    bool askTuner, askDemodulator;
-    HRESULT result;
-    std::uint8_t tuner, demodulator;
-  };
-  const Case cases[] = {{15, true, true, S_OK, 0x54, 0x1E},  {15, true, false, S_OK, 0x54, 0xAA},
-                        {15, false, true, S_OK, 0xAA, 0x1E}, {15, false, false, E_FAIL, 0xAA, 0xAA},
-                        {1, true, true, S_OK, 0x54, 0x00},   {1, false, true, E_FAIL, 0xAA, 0x00}};
-  for (const Case& one : cases) {
-    PlugTuner(one.type);
-    card->FitChip(0xC2, &tuner);
-    card->FitChip(0x86, &demodulator);
-    Saa713xDevice device;
-    const auto capture = card->CaptureFilter();
-    ASSERT_EQ(device.HWInit(capture.Get(), card->FriendlyName().c_str(), nullptr, 0), S_OK);
-    device.InitialFM(1);
-    std::uint8_t a = 0xAA;
-    std::uint8_t b = 0xAA;
-    EXPECT_EQ(
-        device.GetFMStatusByte(one.askTuner ? &a : nullptr, one.askDemodulator ? &b : nullptr),
-        one.result);
-    EXPECT_EQ(a, one.tuner);
-    EXPECT_EQ(b, one.demodulator);
-  }
-}
-
 }  // namespace
 }  // namespace zelk::test
