@@ -88,17 +88,6 @@ class BtRefusal : public NotedCardTest {
     expectWrongMode(Needs::FM);
     EXPECT_EQ(device.SetHWLock(2, 1), E_FAIL);
     EXPECT_EQ(device.GetHWLock(2, &word), E_FAIL);
-    // In its mode and with a card nothing is refused.
-    device.InitialTV();
-    TakeLog();
-    for (const Operation<Device>& one : kOperations<Device>) {
-      if (one.needs == Needs::TV || one.needs == Needs::AnyMode) {
-        EXPECT_EQ(one.call(device), S_OK) << one.name;
-      }
-    }
-    // A second initialisation that fails leaves nothing of the first.
-    EXPECT_EQ(device.HWInit(capture.Get(), "another card", nullptr), E_FAIL);
-    EXPECT_EQ(device.GetTunerType(&word), E_FAIL);
   }
 };
 

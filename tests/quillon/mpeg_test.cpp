@@ -220,12 +220,5 @@ TEST_F(QuillonMpeg, WithTheGraphOnShow) {
   EXPECT_THAT(TakeLog(), ElementsAre("352 x 288"));
 }
 
-TEST_F(QuillonMpeg, WithoutACard) {
-  Params params = {};
-  EXPECT_EQ(QuillonDevice().GetMPEGParam(&params), E_FAIL);
-  EXPECT_EQ(QuillonDevice().SetMPEGParam(kOrdinary), E_FAIL);
-  EXPECT_THAT(TakeLog(), IsEmpty());
-}
-
 }  // namespace
 }  // namespace zelk::test
