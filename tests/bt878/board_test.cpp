@@ -7,7 +7,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::ElementsAre;
 using virtual_cards::EepromState;
 
 class Bt878Board : public NotedCardTest {
@@ -24,7 +23,7 @@ TEST_F(Bt878Board, ProfileStandsInForTheEeprom) {
   WriteProfile("0x41=103\n0x42=160\n0xFD=3\n");  // 0x67 0xA0: no such tuner
   for (const EepromState state : {EepromState::kMissing, EepromState::kBlank}) {
     const ZELK_HWInfo info = InfoOf({.eepromState = state});
-    EXPECT_THAT(TakeLog(), ::testing::Contains("BT878 HWInit(): No EEPROM"));
+    EXPECT_THAT(TakeLog(), Contains("BT878 HWInit(): No EEPROM"));
     EXPECT_EQ(TunerType(), 4u);
     EXPECT_EQ(info.BoardFlag5, 1u);
     EXPECT_EQ(info.BoardCode6, 2u);

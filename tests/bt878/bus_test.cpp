@@ -7,8 +7,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::ElementsAre;
-
 class Bt878Bus : public NotedCardTest {};
 
 // Between InitialFM's bracket and its end the engine in use is the hardware one.

@@ -4,9 +4,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 class Bt878Mode : public NotedCardTest {
  protected:
   // What SetTVFormat tells the tuner driver: the country, then the tuning.
@@ -55,7 +52,7 @@ TEST_F(Bt878Mode, TvOnModulesWithADemodulatorForTheStandard) {
       EXPECT_EQ(ZELK_TVInit(), S_OK);
       EXPECT_EQ(TakeNotes(), Joined({words, tuning})) << type;
       // The software engine serves them.
-      EXPECT_THAT(TakeTrace(), ::testing::Each(::testing::Not(::testing::HasSubstr("setup"))));
+      EXPECT_THAT(TakeTrace(), Each(Not(HasSubstr("setup"))));
     }
   }
 }
@@ -196,11 +193,11 @@ TEST_F(Bt878Mode, SiliconTunerThatDoesNotAnswer) {
   // Only a stop that fails shows in the result of a write.
   card->Refuse("i2c stop", kRefused);
   EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 44), kRefused);
-  EXPECT_THAT(TakeNotes(), ::testing::Not(::testing::Contains("96: 16 01")));
+  EXPECT_THAT(TakeNotes(), Not(Contains("96: 16 01")));
   card->ClearRefusals();
   // Neither standard nor country was stored, so that the same choice is made anew.
   EXPECT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 44), S_OK);
-  EXPECT_THAT(TakeNotes(), ::testing::Contains("96: 16 01"));
+  EXPECT_THAT(TakeNotes(), Contains("96: 16 01"));
 }
 
 }  // namespace

@@ -5,9 +5,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 class Bt88xBus : public NotedCardTest {};
 
 TEST_F(Bt88xBus, TransfersOverTheDriver) {

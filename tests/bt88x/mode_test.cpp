@@ -5,9 +5,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 class Bt88xMode : public NotedCardTest {
  protected:
   const Strings bothLocksRefused = Strings(2, "BT88X SetHWLock(): Current mode not TV or FM");

@@ -83,11 +83,8 @@ TEST_F(BtBoard, OptionsAndProducts) {
     for (const CardSetUp& wanted : {kBt878, kCx2388x}) {
       const ZELK_HWInfo info =
           InfoOf(wanted, {.eeprom = MakeEeprom({{6, 0}, {0x41, 2}, {0x42, options}, {0xFD, 0}})});
-      EXPECT_EQ(info.BoardOptionCode, wanted.cx2388x ? codes[code] : code);
-      EXPECT_EQ(info.BoardOptionBit, code & 1) << code;
-      EXPECT_EQ(info.BoardFlag5, wanted.cx2388x ? 1u : 0u);
-      EXPECT_EQ(info.BoardCode6, 0xFFu);
-      EXPECT_EQ(info.BoardCode9, 0u);
+      EXPECT_THAT(Words(info), ElementsAre(0, wanted.cx2388x ? codes[code] : code, code & 1, 87500,
+                                           108000, wanted.cx2388x, 0xFF, 48250, 855250, 0));
     }
   }
   for (unsigned product = 0; product <= 0xFF; ++product) {

@@ -5,9 +5,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 class BtBus : public NotedCardTest {};
 
 TEST_F(BtBus, SoftwareTransfers) {
@@ -141,9 +138,9 @@ TEST_F(BtBus, DecoderLock) {
     TakeTrace();
     EXPECT_EQ(ask(), (Reading{S_OK, 1, 5, kUntouched}));
     const std::string heard = ::testing::PrintToString(TakeTrace());
-    EXPECT_THAT(heard, ::testing::HasSubstr(!wanted.ioLibrary ? "horizontal-locked -> 1"
-                                            : wanted.cx2388x  ? "io ReadDecoder 100 -> "
-                                                              : "io READDECODER 0 -> C0"));
+    EXPECT_THAT(heard, HasSubstr(!wanted.ioLibrary ? "horizontal-locked -> 1"
+                                 : wanted.cx2388x  ? "io ReadDecoder 100 -> "
+                                                   : "io READDECODER 0 -> C0"));
     ZELK_SetFreq(471250, nullptr);
     EXPECT_EQ(ask(), (Reading{S_OK, 0, 0, kUntouched}));
   }

@@ -4,9 +4,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-
 class BtHwInit : public BtTest {
  protected:
   void ExpectRefused(const Strings& log) {

@@ -124,23 +124,21 @@ TEST_F(BtSignal, FailedReads) {
 }
 
 TEST_F(BtSignal, Waits) {
-  const auto slept = [&](auto operation) {
+  const auto slept = [&](auto query) {
     Slept();
-    operation();
+    query(nullptr, nullptr, nullptr);
     return Slept();
   };
-  std::uint32_t present = 0;
+  const auto tune = [](auto...) { ZELK_SetFreq(175250, nullptr); };
   // Slices of 5 ms: 16 ms take 20, 32 take 35.
-  PlugTv(kBt878, {});
-  EXPECT_EQ(slept([&] { ZELK_IsSignalPresent(&present, nullptr, nullptr); }), 80u + 20);
-  EXPECT_EQ(slept([&] { ZELK_SetFreq(175250, nullptr); }), 4u * 20);
-  PlugFm(kBt878, {});
-  EXPECT_EQ(slept([&] { ZELK_FMIsSignalPresent(&present, nullptr, nullptr); }), 80u + 20);
-  PlugTv(kCx2388x, {});
-  EXPECT_EQ(slept([&] { ZELK_IsSignalPresent(&present, nullptr, nullptr); }), 80u + 20);
-  EXPECT_EQ(slept([&] { ZELK_SetFreq(175250, nullptr); }), 20u);
-  PlugFm(kCx2388x, {});
-  EXPECT_EQ(slept([&] { ZELK_FMIsSignalPresent(&present, nullptr, nullptr); }), 35u + 20);
+  for (const auto& [wanted, tuning, fmWait] :
+       {std::tuple(kBt878, 4u * 20, 80u), {kCx2388x, 20u, 35u}}) {
+    PlugTv(wanted, {});
+    EXPECT_EQ(slept(ZELK_IsSignalPresent), 80u + 20);
+    EXPECT_EQ(slept(tune), tuning);
+    PlugFm(wanted, {});
+    EXPECT_EQ(slept(ZELK_FMIsSignalPresent), fmWait + 20);
+  }
 }
 
 }  // namespace

@@ -5,8 +5,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 class BtTuning : public NotedCardTest {
  protected:
   // What SetFreq writes to the PLL, its bytes alone.

@@ -6,12 +6,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::Contains;
-using ::testing::Each;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-
 class QuillonBus : public QuillonTest {};
 
 TEST_F(QuillonBus, TransfersOfUpToSixteenBytes) {

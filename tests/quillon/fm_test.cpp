@@ -6,11 +6,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-
 class QuillonFm : public QuillonTest {
  protected:
   // A card whose chip at `address` says what it is told.

@@ -1,7 +1,5 @@
 // Discovery: names, devices, the graph and what the board is found to be.
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <functional>
 
 #include "platform/com_object.h"
@@ -11,8 +9,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using ::testing::MatchesRegex;
 using virtual_cards::Ql2Options;
 
@@ -72,9 +68,8 @@ TEST_F(QuillonHwInit, EveryTunerCode) {
       if (row.code == (code & 0xFF)) expected = row;
     }
     const ZELK_HWInfo info = InfoOf({.tunerCode = code, .friendlyName = kName});
-    const std::array<std::uint32_t, 10> record = {
-        expected.fm, 0, 0, 87500, 108000, 1, 1, expected.low, expected.high, 1};
-    EXPECT_EQ((std::bit_cast<std::array<std::uint32_t, 10>>(info)), record);
+    EXPECT_THAT(Words(info), ElementsAre(expected.fm, 0, 0, 87500, 108000, 1, 1, expected.low,
+                                         expected.high, 1));
     EXPECT_EQ(TunerType(), expected.type);
     EXPECT_EQ(ZELK_GetTunerType(nullptr), S_OK);
     ZELK_FMInit();

@@ -5,12 +5,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using ::testing::Not;
-
 const std::string kTuned = "After QL2IF_SetTunerFreq";
 
 class QuillonTv : public QuillonTest {

@@ -11,10 +11,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::IsSupersetOf;
 using virtual_cards::Saa713xOptions;
 
 // Every tuner type that a board can carry, but for the ALPS modules, which have boards of their
@@ -356,30 +352,28 @@ TEST_F(Fm, PresenceByReceiver) {
 }
 
 TEST_F(Fm, PresenceByDriver) {
-  for (const std::uint32_t property : {0x6Du, 0x6Eu}) {
+  // What the properties say, and the strength or the offset that it means.
+  struct Case {
+    std::uint32_t property;
+    std::int32_t figure;
+    double meaning;
+  };
+  const Case cases[] = {{0x6D, 0, 100},      {0x6D, 299999, 100}, {0x6D, 300000, 95},
+                        {0x6D, 699999, 80},  {0x6D, 700000, 75},  {0x6D, 800000, 75},
+                        {0x6D, 899999, 75},  {0x6D, 900000, 70},  {0x6D, 1199999, 60},
+                        {0x6D, 1200000, 55}, {0x6D, 1599999, 40}, {0x6D, 1600000, 0},
+                        {0x6E, 2, -100},     {0x6E, 1, 0},        {0x6E, 0, 0},
+                        {0x6E, -1, 50},      {0x6E, -2, 100},     {0x6E, 3, 0}};
+  for (const auto& [property, figure, meaning] : cases) {
     PlugTuner(40);
     auto told = ComPtr<ToldFilter>::Adopt(new ToldFilter(card->CaptureFilter().Get(), property));
+    told->answers = {static_cast<std::uint32_t>(figure)};
     ASSERT_EQ(ZELK_HWInit(told.Get(), card->FriendlyName().c_str(), card->TunerFilter().Get(), 0),
               S_OK);
     ZELK_FMInit();
-    if (property == 0x6D) {
-      const std::pair<std::uint32_t, std::uint32_t> levels[] = {
-          {0, 100},     {299999, 100}, {300000, 95},  {699999, 80},  {700000, 75},  {800000, 75},
-          {899999, 75}, {900000, 70},  {1199999, 60}, {1200000, 55}, {1599999, 40}, {1600000, 0}};
-      for (const auto& [figure, level] : levels) {
-        told->answers = {figure};
-        const Reading reading = AskFm(false);
-        EXPECT_EQ(reading.result, static_cast<HRESULT>(figure));
-        EXPECT_EQ(reading.strength, level) << figure;
-      }
-    } else {
-      const std::pair<std::int32_t, double> steps[] = {{2, -100.0}, {1, 0.0},    {0, 0.0},
-                                                       {-1, 50.0},  {-2, 100.0}, {3, 0.0}};
-      for (const auto& [step, offset] : steps) {
-        told->answers = {static_cast<std::uint32_t>(step)};
-        EXPECT_EQ(AskFm().offset, offset) << step;
-      }
-    }
+    const Reading reading = AskFm();
+    EXPECT_EQ(property == 0x6D ? reading.strength : reading.offset, meaning) << figure;
+    EXPECT_TRUE(property == 0x6E || reading.result == figure) << figure;
     told.Reset();
   }
 }

@@ -8,8 +8,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::IsEmpty;
-
 class Signal : public CardTest {
  protected:
   void PlugTold(std::uint32_t type, std::uint8_t address) {

@@ -5,10 +5,6 @@
 namespace zelk::test {
 namespace {
 
-using ::testing::Contains;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
-using ::testing::IsSupersetOf;
 using virtual_cards::Saa713xOptions;
 
 class TvFormat : public CardTest {

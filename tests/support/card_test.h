@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
 #include <filesystem>
 #include <functional>
 #include <initializer_list>
@@ -21,8 +22,24 @@
 
 namespace zelk::test {
 
+// What nearly all tests compare with.
+using ::testing::Contains;
+using ::testing::Each;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::IsSupersetOf;
+using ::testing::Not;
+using ::testing::StartsWith;
+
 using Lines = std::vector<std::string>;
 Lines Joined(std::initializer_list<Lines> parts);
+
+// A record of 32-bit words, comparable and printable.
+template <class Record>
+auto Words(const Record& record) {
+  return std::bit_cast<std::array<std::uint32_t, sizeof(Record) / 4>>(record);
+}
 
 // What a driver answers that refuses, as no part of the library does of its own.
 inline constexpr HRESULT kRefused = static_cast<HRESULT>(0x8007001F);
