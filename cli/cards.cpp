@@ -63,14 +63,20 @@ std::optional<std::string> DecoderName() {
 }
 
 // The library writes down why it refuses a card. While one tries cards that may well be none of its
-// own, that goes into a folder that goes with the object.
+// own, that goes into a folder that goes with the object. Throws Failure.
 class PassingLogs {
  public:
-  PassingLogs() : before_(std::filesystem::current_path()) {
-    const auto name = "zelk-cards-" + std::to_string(GetCurrentProcessId());
-    folder_ = std::filesystem::temp_directory_path() / name;
-    std::filesystem::create_directory(folder_);
+  PassingLogs() try : before_(std::filesystem::current_path()) {
+    const std::string name = "zelk-cards-" + std::to_string(GetCurrentProcessId()) + '-';
+    // What somebody else has put under such a name is none of ours to write in, or to remove.
+    for (int i = 0; folder_.empty(); ++i) {
+      const auto folder = std::filesystem::temp_directory_path() / (name + std::to_string(i));
+      if (std::filesystem::create_directory(folder)) folder_ = folder;
+    }
     std::filesystem::current_path(folder_);
+  } catch (const std::filesystem::filesystem_error& error) {
+    throw Failure("no folder for the logs of a trial: " + error.code().message() +
+                  "; with --names no card is tried");
   }
   ~PassingLogs() {
     std::error_code ignored;
@@ -106,12 +112,14 @@ struct ListedDevice {
 };
 
 std::vector<ListedDevice> ListDevices(const CardsArguments& arguments) {
+  const std::vector<Device> captures = CaptureDevices();
   const std::vector<Device> tuners = TunerDevices();
+  const bool trying = !arguments.namesOnly && !captures.empty();
+  std::optional<PassingLogs> logs;
+  if (trying) logs.emplace();
   std::vector<ListedDevice> devices;
-  const PassingLogs logs;
-  for (const Device& device : CaptureDevices())
-    devices.push_back(
-        {device.name, true, arguments.namesOnly ? std::nullopt : TryDevice(device, tuners)});
+  for (const Device& device : captures)
+    devices.push_back({device.name, true, trying ? TryDevice(device, tuners) : std::nullopt});
   for (const Device& device : tuners) devices.push_back({device.name, false, std::nullopt});
   return devices;
 }
