@@ -28,7 +28,10 @@ void PrintRow(std::ostream& out, const std::vector<Table::Column>& columns,
 
 }  // namespace
 
-void PrintJson(const Json& object) { std::cout << object.dump(2) << '\n'; }
+void PrintJson(const Json& object) {
+  // File names need not be UTF-8; what is not becomes the replacement character.
+  std::cout << object.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+}
 
 std::string MegahertzText(std::uint32_t kHz) { return Formatted("%.3f", kHz / 1000.0); }
 
