@@ -65,6 +65,23 @@ std::string WrongUse(const CLI::App& app, const CLI::ParseError& error) {
   return what + " (zelk --help explains the use)";
 }
 
+// False for a line that asks for help or the version: the parser has printed that.
+bool Parse(CLI::App& app, int argc, char** argv) {
+  try {
+    app.parse(argc, argv);
+    return true;
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() != 0) throw UsageError(WrongUse(app, error));
+    app.exit(error);
+    return false;
+  }
+}
+
+int CarryOut(const Command& command, const Options& options) {
+  const ComApartment com;
+  return command(options);
+}
+
 // Standard output may be a full disk or a closed pipe. A table that nobody received is a failure.
 void FlushOutput() {
   if (!std::cout.flush()) throw Failure("cannot write to standard output");
@@ -106,14 +123,9 @@ int Run(int argc, char** argv) {
       "Exit codes: 0 done, 1 failed, 2 wrong use, 130 ended by Ctrl-C.");
 
   try {
-    app.parse(argc, argv);
-    const ComApartment com;
-    const int exitCode = chosen(options);
+    const int exitCode = Parse(app, argc, argv) ? CarryOut(chosen, options) : kExitSuccess;
     FlushOutput();
     return exitCode;
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() == 0) return app.exit(error);  // help and version
-    return Complain(UsageError(WrongUse(app, error)), kExitUsage);
   } catch (const UsageError& error) {
     return Complain(error, kExitUsage);
   } catch (const std::exception& error) {

@@ -45,12 +45,14 @@ TEST(FullDisk, IsAFailureOfWhatIsPrintedAndOfAPicture) {
   const Zelk zelk;
   EXPECT_EQ(zelk.Run("scan fm --plot /dev/full").exitCode, 1);
   std::filesystem::create_symlink("/dev/full", zelk.Folder() / "full");
-  EXPECT_EQ(zelk.Run("cards").exitCode, 0);
-  const std::string command = std::string("cd ") + zelk.Folder().Path() + " && " + ZELK_PROGRAM +
-                              " cards > full 2> complaint";
-  const int status = std::system(command.c_str());
-  EXPECT_EQ(WEXITSTATUS(status), 1);
-  EXPECT_EQ(zelk.Content("complaint"), "zelk: cannot write to standard output\n");
+  for (const std::string line : {"cards", "--help", "scan tv --help", "--version"}) {
+    EXPECT_EQ(zelk.Run(line).exitCode, 0) << line;
+    const std::string command = std::string("cd ") + zelk.Folder().Path() + " && " + ZELK_PROGRAM +
+                                ' ' + line + " > full 2> complaint";
+    const int status = std::system(command.c_str());
+    EXPECT_EQ(WEXITSTATUS(status), 1) << line;
+    EXPECT_EQ(zelk.Content("complaint"), "zelk: cannot write to standard output\n") << line;
+  }
 }
 
 }  // namespace
