@@ -12,11 +12,10 @@ class App;
 
 namespace zelk::cli {
 
-// Exit codes. A run that Ctrl-C ended answers as shells do for a program that the signal killed.
+// Exit codes. A run that a signal ended answers with Interrupt::ExitCode.
 inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitFailure = 1;
 inline constexpr int kExitUsage = 2;
-inline constexpr int kExitInterrupted = 130;
 
 // Carries out the command and answers the exit code. Throws UsageError or Failure.
 using Command = std::function<int(const Options&)>;

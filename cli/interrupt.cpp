@@ -5,19 +5,42 @@
 namespace zelk::cli {
 namespace {
 
-volatile std::sig_atomic_t interruptRequested = 0;
+constexpr int kSignals[] = {SIGINT, SIGTERM,
+#ifdef SIGHUP  // not on every system does a terminal hang up
+                            SIGHUP
+#endif
+};
 
-extern "C" void NoteInterrupt(int signalNumber) {
-  interruptRequested = 1;
-  std::signal(signalNumber, SIG_DFL);
+volatile std::sig_atomic_t noted = 0;
+
+extern "C" void Note(int number) {
+  if (noted == 0) noted = number;
+  // Who presses Ctrl-C twice has lost patience. The others come in twos by themselves: to the
+  // program and to its group, from the terminal and from the shell.
+  std::signal(number, number == SIGINT ? SIG_DFL : Note);
+}
+
+// Those that the program was started to ignore stay ignored: nohup and background jobs rely on it.
+void Handle(void (*handler)(int)) {
+  for (const int number : kSignals) {
+    if (std::signal(number, SIG_IGN) != SIG_IGN) std::signal(number, handler);
+  }
 }
 
 }  // namespace
 
-Interrupt::Interrupt() : previous_(std::signal(SIGINT, NoteInterrupt)) { interruptRequested = 0; }
+Interrupt::Interrupt() {
+  noted = 0;
+  Handle(Note);
+}
 
-Interrupt::~Interrupt() { std::signal(SIGINT, previous_ == SIG_ERR ? SIG_DFL : previous_); }
+Interrupt::~Interrupt() {
+  // A run that was asked to end has its last lines still to write.
+  if (!Requested()) Handle(SIG_DFL);
+}
 
-bool Interrupt::Requested() const { return interruptRequested != 0; }
+bool Interrupt::Requested() const { return noted != 0; }
+
+int Interrupt::ExitCode() const { return noted == 0 ? 0 : 128 + noted; }
 
 }  // namespace zelk::cli

@@ -35,7 +35,7 @@ class Picture {
   bool Wanted() const { return !file_.empty(); }
   const std::string& File() const { return file_; }
 
-  // Asks the card for its reading, step by step from one end to the other. False after Ctrl-C.
+  // Asks the card for its reading, step by step from one end to the other. False after a signal.
   bool Measure(const Session& session, std::uint32_t lowKHz, std::uint32_t highKHz,
                const Interrupt& interrupt, bool showProgress);
   // Throws Failure.

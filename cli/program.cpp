@@ -120,7 +120,7 @@ int Run(int argc, char** argv) {
       "  zelk scan fm --plot band.svg\n"
       "  zelk --card virtual:saa7134,tuner=5 --air us-city scan tv --json\n"
       "  zelk info --trace\n\n"
-      "Exit codes: 0 done, 1 failed, 2 wrong use, 130 ended by Ctrl-C.");
+      "Exit codes: 0 done, 1 failed, 2 wrong use, 128 + N ended by signal N (130: Ctrl-C).");
 
   try {
     const int exitCode = Parse(app, argc, argv) ? CarryOut(chosen, options) : kExitSuccess;

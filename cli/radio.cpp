@@ -153,7 +153,7 @@ int Seek(const Options& options, const std::string& directionName, const std::st
   } else {
     std::cout << "no station " << direction.beyond << ' ' << MegahertzText(kHz) << " MHz\n";
   }
-  return result.interrupted ? kExitInterrupted : kExitSuccess;
+  return result.interrupted ? interrupt.ExitCode() : kExitSuccess;
 }
 
 struct RadioArguments {

@@ -58,7 +58,7 @@ int FinishPicture(const Options& options, const Session& session, const Sweep& s
   } else if (picture.Wanted() && !options.json) {
     std::cout << "Interrupted: no picture\n";
   }
-  return interrupt.Requested() ? kExitInterrupted : kExitSuccess;
+  return interrupt.ExitCode();
 }
 
 void AddPlotOption(CLI::App& command, std::string& file) {

@@ -41,8 +41,8 @@ bool ProgressWanted(const Options& options);
 void PrintScanEnd(const Session& session, const Sweep& sweep, const std::string& summary,
                   const Durations& durations, std::size_t mostFinds, const char* plural);
 
-// Measures the part of the band that was swept and writes the picture. A run that Ctrl-C ended, now
-// or before, leaves none. Answers the run's exit code.
+// Measures the part of the band that was swept and writes the picture. A run that a signal ended,
+// now or before, leaves none. Answers the run's exit code.
 int FinishPicture(const Options& options, const Session& session, const Sweep& sweep,
                   const Interrupt& interrupt, Picture& picture, std::uint32_t lowKHz,
                   std::uint32_t highKHz, std::vector<PlotMark> marks);

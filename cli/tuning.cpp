@@ -91,7 +91,7 @@ int WatchSignal(const Options& options, const SignalArguments& arguments) {
                {"interrupted", interrupt.Requested()},
                {"readings", readings}});
   }
-  return interrupt.Requested() ? kExitInterrupted : kExitSuccess;
+  return interrupt.ExitCode();
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Runs the built program the way a user does, in a folder of its own.
 #pragma once
 
+#include <csignal>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -24,8 +25,11 @@ class Zelk {
  public:
   // Gives standard error a terminal instead of a pipe.
   bool terminal = false;
-  // Presses Ctrl-C as soon as standard error contains this text.
+  // Sends the signal as soon as standard error contains this text: Ctrl-C once, others again and
+  // again.
   std::string interruptAt;
+  int signalNumber = SIGINT;
+  bool ignoresSignal = false;  // from the start, as under nohup
 
   // A line as one would type it, words separated by blanks or in double quotes.
   ZelkRun Run(std::string_view line) const;

@@ -69,7 +69,10 @@ pid_t Start(const std::string& folder, std::vector<std::string> words, int out, 
 ZelkRun Zelk::Run(std::string_view line) const {
   const Channel out = OpenPipe();
   const Channel err = terminal ? OpenTerminal() : OpenPipe();
+  // The program inherits what this one does with the signal, which itself may run under nohup.
+  const auto before = signal(signalNumber, ignoresSignal ? SIG_IGN : SIG_DFL);
   const pid_t child = Start(folder_.Path(), Words(line), out.writing, err.writing);
+  signal(signalNumber, before);
   if (child < 0) throw std::runtime_error("fork failed");
   close(out.writing);
   close(err.writing);
@@ -86,8 +89,8 @@ ZelkRun Zelk::Run(std::string_view line) const {
     if (files[0].revents != 0 && !Take(out.reading, run.out)) files[0].fd = -1;
     if (files[1].revents != 0 && !Take(err.reading, run.err)) files[1].fd = -1;
     if (!interrupted && run.err.find(interruptAt) != std::string::npos) {
-      kill(child, SIGINT);
-      interrupted = true;
+      kill(child, signalNumber);
+      interrupted = signalNumber == SIGINT;
     }
   }
   close(out.reading);

@@ -1,4 +1,4 @@
-// What needs a terminal, Ctrl-C or a full disk.
+// What needs a terminal, a signal or a full disk.
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 
@@ -13,20 +13,31 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-TEST(Terminal, ShowsAScansProgressAndWhatItHasOnCtrlC) {
-  Zelk zelk;
-  zelk.terminal = true;
-  zelk.interruptAt = " 1 found";
-  zelk.Folder().Write("hill.json", R"({"place": "Hill", "raster": "pal-bg", "fm": [],
-    "tv": [{"channel": "E2", "station": "Relay", "level_dbuv": 60},
-           {"channel": "K65", "station": "Relay", "level_dbuv": 60}]})");
-  const ZelkRun run = zelk.Run("scan tv --realtime --air hill.json");
-  EXPECT_EQ(run.exitCode, 130);
-  EXPECT_THAT(run.out, HasSubstr(" E2 "));
-  EXPECT_THAT(run.out, Not(HasSubstr("K65")));
-  EXPECT_THAT(run.out, HasSubstr("Interrupted at "));
-  EXPECT_THAT(run.err, HasSubstr("MHz  1 found"));
-  EXPECT_TRUE(run.err.ends_with("\r\x1b[K")) << "the bar stays behind: " << run.err;
+TEST(Terminal, ShowsAScansProgressAndWhatItHasWhenASignalComes) {
+  struct Row {
+    int signalNumber;
+    bool ignored;
+    int exitCode;
+  };
+  for (const Row& row : {Row{SIGINT, false, 130}, Row{SIGTERM, false, 143}, Row{SIGHUP, false, 129},
+                         Row{SIGINT, true, 0}, Row{SIGHUP, true, 0}}) {
+    SCOPED_TRACE(std::to_string(row.signalNumber) + (row.ignored ? " ignored" : ""));
+    Zelk zelk;
+    zelk.terminal = true;
+    zelk.interruptAt = " 1 found";
+    zelk.signalNumber = row.signalNumber;
+    zelk.ignoresSignal = row.ignored;
+    zelk.Folder().Write("hill.json", R"({"place": "Hill", "raster": "pal-bg", "fm": [],
+      "tv": [{"channel": "E2", "station": "Relay", "level_dbuv": 60},
+             {"channel": "K65", "station": "Relay", "level_dbuv": 60}]})");
+    const ZelkRun run = zelk.Run("scan tv --air hill.json");
+    EXPECT_EQ(run.exitCode, row.exitCode);
+    EXPECT_THAT(run.out, HasSubstr(" E2 "));
+    EXPECT_EQ(run.out.find("K65") == std::string::npos, !row.ignored);
+    EXPECT_EQ(run.out.find("\nInterrupted at ") == std::string::npos, row.ignored);
+    EXPECT_THAT(run.err, HasSubstr("MHz  1 found"));
+    EXPECT_TRUE(run.err.ends_with("\r\x1b[K")) << "the bar stays behind: " << run.err;
+  }
 }
 
 TEST(Terminal, CtrlCLeavesAnEarlierPictureAlone) {
@@ -34,9 +45,9 @@ TEST(Terminal, CtrlCLeavesAnEarlierPictureAlone) {
   zelk.Folder().Write("old.svg", "old picture");
   zelk.terminal = true;
   zelk.interruptAt = "measuring";
-  const ZelkRun run = zelk.Run("scan fm --from 88.5MHz --to 89.5MHz --plot old.svg --realtime");
+  const ZelkRun run = zelk.Run("scan tv --plot old.svg");
   EXPECT_EQ(run.exitCode, 130);
-  EXPECT_THAT(run.out, HasSubstr("88.600"));
+  EXPECT_THAT(run.out, HasSubstr("20 channels"));
   EXPECT_THAT(run.out, HasSubstr("Interrupted: no picture\n"));
   EXPECT_EQ(zelk.Content("old.svg"), "old picture");
 }
