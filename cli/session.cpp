@@ -106,6 +106,8 @@ Session::Session(const Options& options) : cardDescription_(options.card) {
   Check(ZELK_HWInit(capture_.Get(), friendlyName_ ? friendlyName_->c_str() : nullptr, tuner_.Get(),
                     options.easternFm ? 1 : 0),
         "initialise the card \"" + friendlyName_.value_or(cardDescription_) + '"');
+  // Why the families that were tried before refused the card is no reason of what comes now.
+  logs_ = LogWatch();
 }
 
 void Session::TakeFilters(const Options& options) {
