@@ -80,11 +80,10 @@ Label LabelOf(std::string_view text, std::size_t mostCharacters) {
   return label;
 }
 
-// With a point whatever the locale, one decimal at most.
-std::string Number(double value) {
+// With a point whatever the locale, in tenths or other parts at most.
+std::string Number(double value, int parts = 10) {
   char text[32];
-  const auto tenths = static_cast<long long>(std::llround(value * 10));
-  const double rounded = static_cast<double>(tenths) / 10;
+  const double rounded = static_cast<double>(std::llround(value * parts)) / parts;
   const auto end = std::to_chars(text, text + sizeof text, rounded).ptr;
   return {text, end};
 }
@@ -153,10 +152,14 @@ struct Layout {
 };
 
 void CutIntoRows(const BandPlot& plot, std::uint32_t rows, Layout& layout) {
-  constexpr double kTickDistance = 44;  // a figure and the blank beside it
+  // A figure and the blank beside it. Below 100 kHz figures have two decimals.
+  constexpr double kTickDistance = 44;
+  constexpr double kLongTickDistance = 60;
   const double span = std::max<double>(plot.highKHz - plot.lowKHz, 100);
   layout.rows = rows;
-  layout.tick = RoundStep(span / rows * kTickDistance / (kRight - kLeft));
+  const double perUnit = span / rows / (kRight - kLeft);
+  layout.tick = RoundStep(perUnit * kTickDistance);
+  if (layout.tick < 100) layout.tick = RoundStep(perUnit * kLongTickDistance);
   // 1 and 5 are divided by 5, 2 by 4.
   const bool two = std::to_string(layout.tick)[0] == '2';
   layout.minorTick = std::max(1u, layout.tick / (two ? 4 : 5));
@@ -256,7 +259,7 @@ class Row {
       const bool withFigure = kHz % layout_.tick == 0;
       out_.Line(X(kHz), base_, X(kHz), base_ + (withFigure ? 12 : 8), withFigure ? 1 : 0.5);
       if (withFigure)
-        out_.Text(X(kHz), base_ + 26, Number(kHz / 1000.0), " text-anchor=\"middle\"");
+        out_.Text(X(kHz), base_ + 26, Number(kHz / 1000.0, 100), " text-anchor=\"middle\"");
     }
   }
 
