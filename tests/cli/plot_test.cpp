@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <map>
 #include <sstream>
@@ -13,6 +15,7 @@
 namespace zelk::test {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
@@ -75,6 +78,7 @@ TEST(Plot, CarriesAnyTextSafely) {
   EXPECT_THAT(svg, HasSubstr("Caf\xC3\xA9 &lt;&quot;R&amp;B&quot;&gt;"));
   EXPECT_THAT(svg, HasSubstr("bytes ??~???? end"));
   EXPECT_THAT(svg, HasSubstr("&lt;script&gt;&amp;"));
+  EXPECT_THAT(svg, HasSubstr("x\u2026</text>"));
   EXPECT_THAT(svg, Not(HasSubstr(std::string(80, 'x')))) << "longer than the picture is wide";
 }
 
@@ -108,46 +112,80 @@ TEST(Plot, NamesEveryFindWithoutTwoNamesTouching) {
   EXPECT_EQ(LinesWith(svg, "<circle").size(), 102u);
 }
 
+// What a person reads off the picture at a name.
+struct Reading {
+  std::string name;
+  double topOfName;
+  double kHz;     // by the figures of the scale below
+  double height;  // of the curve, from 0 at the base line to 1
+  bool present;   // by the bars
+};
+
+using Points = std::vector<std::pair<double, double>>;
+
+// On the line through the two points around `x`, or through the two next to it.
+double At(const Points& points, double x) {
+  std::size_t right = 1;
+  while (right + 1 < points.size() && points[right].first < x) ++right;
+  const auto& [x1, y1] = points.at(right - 1);
+  const auto& [x2, y2] = points.at(right);
+  return y1 + (x - x1) * (y2 - y1) / (x2 - x1);
+}
+
+// Goes through the document as it is drawn: the scale of a row, its bars, its curve, its names.
+std::vector<Reading> ReadOff(const std::string& svg) {
+  std::vector<Reading> readings;
+  Points scale, curve;
+  std::vector<double> bars;
+  double x = 0, base = 0, y = 0, top = 0, value = 0;
+  for (const std::string& line : LinesWith(svg, "<")) {
+    const auto matches = [&](const char* format, auto*... places) {
+      return std::sscanf(line.c_str(), format, places...) == static_cast<int>(sizeof...(places));
+    };
+    const bool name = !readings.empty() && readings.back().name.empty();
+    if (line.ends_with(" text-anchor=\"end\">0</text>")) {
+      scale = curve = {};
+      bars = {};
+    } else if (matches("<text x=\"%lf\" y=\"%lf\" text-anchor=\"middle\">%lf", &x, &y, &value)) {
+      scale.emplace_back(x, value * 1000);
+    } else if (matches("<rect x=\"%lf\" y=\"%lf\" width=\"%lf\"", &x, &y, &value)) {
+      if (value > 2) bars.push_back(x + value / 2);  // what the eye can see
+    } else if (line.starts_with("<polyline")) {
+      std::istringstream points(line.substr(line.find('"') + 1));
+      for (char comma = 0; points >> x >> comma >> y;) curve.emplace_back(x, y);
+    } else if (line.find("stroke-dasharray") != std::string::npos) {
+      matches("<line x1=\"%lf\" y1=\"%lf\" x2=\"%lf\" y2=\"%lf\"", &x, &base, &x, &top);
+    } else if (matches("<g transform=\"translate(%lf %lf) rotate(-90)", &value, &y)) {
+      const auto near = [x](double bar) { return std::abs(bar - x) < 1.5; };
+      readings.push_back({"", y, At(scale, x), (base - At(curve, x)) / (base - top),
+                          std::any_of(bars.begin(), bars.end(), near)});
+    } else if (name && matches("<text x=\"%lf\"", &value)) {
+      readings.back().name = line.substr(line.find('>') + 1, line.rfind('<') - line.find('>') - 1);
+      readings.back().topOfName -= value + 8.4 * static_cast<double>(readings.back().name.size());
+    }
+  }
+  return readings;
+}
+
 TEST(Plot, DrawsTheCurveThroughTheReadings) {
   cli::BandPlot plot = FmPlot();
   plot.highKHz = 97500;
   for (std::uint32_t kHz = 87500; kHz <= 97500; kHz += 50)
     plot.readings.push_back({kHz, kHz == 92000, kHz == 92000 ? 80u : 10u});
   plot.readings[20].strength.reset();  // at 88.5 MHz
-  plot.marks = {{92000, "92.0", false}};
+  plot.marks = {{88000, "88.0", false}, {92000, "92.0", false}, {97500, "97.5", false}};
   const std::string svg = cli::PlotSvg(plot);
-
-  // The gap parts the curve in two; the third line is the legend's sample.
-  const std::vector<std::string> curves = LinesWith(svg, "<polyline");
-  ASSERT_EQ(curves.size(), 3u);
-  std::istringstream points(curves[1].substr(curves[1].find('"') + 1));
-  double peakX = 0;
-  double peakY = 1e9;
-  double lowestY = 0;
-  char comma = 0;
-  for (double x = 0, y = 0; points >> x >> comma >> y;) {
-    if (y < peakY) peakX = x;
-    peakY = std::min(peakY, y);
-    lowestY = std::max(lowestY, y);
-  }
-  double markX = 0;
-  double base = 0;
-  ASSERT_EQ(std::sscanf(LinesWith(svg, "stroke-dasharray").at(0).c_str(),
-                        "<line x1=\"%lf\" y1=\"%lf\"", &markX, &base),
-            2);
-  EXPECT_EQ(peakX, markX);
-  EXPECT_NEAR((base - peakY) / (base - lowestY), 8, 0.1) << "strength 80 to strength 10";
-
-  // One reading with a signal: one bar, around the same place. The other one is the legend's.
-  const std::vector<std::string> bars = LinesWith(svg, "<rect x=");
-  ASSERT_EQ(bars.size(), 2u);
-  double barX = 0;
-  double barY = 0;
-  double width = 0;
-  ASSERT_EQ(
-      std::sscanf(bars[0].c_str(), "<rect x=\"%lf\" y=\"%lf\" width=\"%lf\"", &barX, &barY, &width),
-      3);
-  EXPECT_NEAR(barX + width / 2, markX, 0.2);
+  // The gap parts the curve in two; the third line is the legend's sample. One reading has a
+  // signal: the second bar is the legend's, too.
+  EXPECT_EQ(LinesWith(svg, "<polyline").size(), 3u);
+  EXPECT_EQ(LinesWith(svg, "<rect x=").size(), 2u);
+  const std::vector<Reading> readings = ReadOff(svg);
+  ASSERT_EQ(readings.size(), 3u);
+  EXPECT_NEAR(readings[0].height, 10.0 / 80, 0.001);
+  EXPECT_FALSE(readings[0].present);
+  EXPECT_NEAR(readings[1].kHz, 92000, 5);
+  EXPECT_NEAR(readings[1].height, 1, 0.001);
+  EXPECT_TRUE(readings[1].present);
 }
 
 TEST(Plot, SaysWhenTheTunerReportsNoStrength) {
@@ -159,39 +197,72 @@ TEST(Plot, SaysWhenTheTunerReportsNoStrength) {
   EXPECT_THAT(svg, Not(HasSubstr("<polyline")));
 }
 
-TEST(PlotFile, ShowsWhatTheScanPrints) {
-  const Zelk zelk;
-  const ZelkRun tv = zelk.Run("scan tv --plot tv.svg");
-  EXPECT_EQ(tv.exitCode, 0) << tv.err;
-  EXPECT_THAT(tv.out, HasSubstr("\nPicture: tv.svg\n"));
-  const std::string tvSvg = zelk.Content("tv.svg");
-  EXPECT_TRUE(IsSoundXml(tvSvg));
-  EXPECT_THAT(tvSvg, HasSubstr("TV: 20 channels found"));
-  EXPECT_THAT(tvSvg, HasSubstr("card virtual:saa7134, tuner FM1216MK2"));
-  for (const char* name : {">E3<", ">E12<", ">K21<", ">K65<"}) EXPECT_THAT(tvSvg, HasSubstr(name));
-
-  const ZelkRun fm = zelk.Run("scan fm --plot fm.svg --json");
-  const std::string fmSvg = zelk.Content("fm.svg");
-  EXPECT_TRUE(IsSoundXml(fmSvg));
-  EXPECT_THAT(fmSvg, HasSubstr("FM: 20 stations found"));
-  std::size_t stereo = 0;
-  const nlohmann::json scan = fm.Json();
-  for (const auto& station : scan.at("stations")) {
-    if (station.at("stereo").get<bool>()) ++stereo;
-    const auto kHz = station.at("frequency_khz").get<std::uint32_t>();
-    const std::string name = std::to_string(kHz / 1000) + '.' + std::to_string(kHz / 100 % 10);
-    EXPECT_THAT(fmSvg, HasSubstr('>' + name + "</text>"));
+// Every text that stands upright lies on the sheet.
+void ExpectNothingCutOff(const std::string& svg) {
+  double height = 0;
+  ASSERT_EQ(std::sscanf(svg.c_str() + svg.find("viewBox"), "viewBox=\"0 0 540 %lf", &height), 1);
+  for (const std::string& line : LinesWith(svg, "</text>")) {
+    double x = 0, y = 0;
+    ASSERT_EQ(std::sscanf(line.c_str(), "<text x=\"%lf\" y=\"%lf\"", &x, &y), 2) << line;
+    const std::size_t characters = line.rfind('<') - line.find('>') - 1;
+    const bool middle = line.find("middle") != std::string::npos;
+    EXPECT_LE(x + 7.6 * static_cast<double>(characters) / (middle ? 2 : 1), 540) << line;
+    EXPECT_LE(y + 4, height) << line;
   }
-  EXPECT_EQ(LinesWith(fmSvg, "<circle").size(), 2 * (stereo + 1));
+}
+
+// From the card to the sheet, on tuners whose readings differ.
+TEST(PlotFile, ShowsWhatTheScanPrints) {
+  for (const bool fm : {false, true}) {
+    const Zelk zelk;
+    const std::string card = fm ? "virtual:saa7134,board=0xE3" : "virtual:saa7134";
+    const std::string line = (fm ? "scan fm --card " : "scan tv --card ") + card;
+    const nlohmann::json found =
+        zelk.Run(line + " --json --plot band.svg").Json().at(fm ? "stations" : "channels");
+    const std::string svg = zelk.Content("band.svg");
+    ASSERT_TRUE(IsSoundXml(svg));
+    ExpectNothingCutOff(svg);
+    for (const char* text :
+         {fm ? ">FM: 20 stations found<" : ">TV: 20 channels found<", ">Western European city<",
+          fm ? ", tuner ALPS_TSEH1<" : ">card virtual:saa7134, tuner FM1216MK2<", ">strength<",
+          fm ? " MHz, a reading every 50 kHz<" : ">48.250 to 855.250 MHz, a reading every 250 kHz<",
+          ">signal present<", ">found<"})
+      EXPECT_THAT(svg, HasSubstr(text));
+    EXPECT_EQ(LinesWith(svg, ">stereo<").size(), fm ? 1u : 0u);
+    EXPECT_EQ(LinesWith(svg, " text-anchor=\"end\">0<").size(), fm ? 2u : 3u) << "rows";
+
+    const std::vector<Reading> readings = ReadOff(svg);
+    ASSERT_EQ(readings.size(), found.size());
+    std::size_t circles = fm ? 2 : 0;  // the legend's
+    for (std::size_t i = 0; i < readings.size(); ++i) {
+      SCOPED_TRACE(found[i].dump());
+      const auto kHz = found[i].at("frequency_khz").get<std::uint32_t>();
+      EXPECT_NEAR(readings[i].kHz, kHz, fm ? 5 : 100);
+      EXPECT_NEAR(5 * readings[i].height, found[i].at("strength").get<double>(), 0.1);
+      EXPECT_EQ(readings[i].present, found[i].at("present"));
+      EXPECT_EQ(readings[i].name,
+                fm ? std::to_string(kHz / 1000) + '.' + std::to_string(kHz / 100 % 10)
+                   : found[i].at("channel").get<std::string>());
+      EXPECT_GT(readings[i].topOfName, 113) << "below the notes";
+      if (fm && found[i].at("stereo").get<bool>()) circles += 2;
+    }
+    EXPECT_EQ(LinesWith(svg, "<circle").size(), circles);
+  }
 }
 
 TEST(PlotFile, OnlyCoversWhatWasSwept) {
   const Zelk zelk;
   zelk.Run("scan fm --from 95MHz --to 98MHz --plot fm.svg");
   EXPECT_THAT(zelk.Content("fm.svg"), HasSubstr("95.000 to 98.000 MHz"));
+  EXPECT_THAT(zelk.Content("fm.svg"), HasSubstr(">96.5</text>")) << "on the scale";
   // Behind a find the library's scan jumps ahead, here past the end that was asked for.
-  zelk.Run("scan tv --stop-at 190MHz --plot tv.svg");
-  EXPECT_THAT(zelk.Content("tv.svg"), HasSubstr("48.250 to 190.000 MHz"));
+  zelk.Run("scan tv --stop-at 56MHz --plot tv.svg");
+  EXPECT_THAT(zelk.Content("tv.svg"), HasSubstr("48.250 to 56.000 MHz"));
+  EXPECT_THAT(zelk.Content("tv.svg"), HasSubstr(">TV: 1 channel found<"));
+  zelk.Run("scan tv --stop-at 1 --plot nothing.svg");
+  EXPECT_TRUE(IsSoundXml(zelk.Content("nothing.svg")));
+  EXPECT_THAT(zelk.Content("nothing.svg"),
+              AllOf(HasSubstr(">48.26</text>"), Not(HasSubstr("nan"))));
 }
 
 TEST(PlotFile, ThatCannotBeWrittenIsRefusedBeforeTheScan) {
