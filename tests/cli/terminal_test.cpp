@@ -1,9 +1,10 @@
-// What needs a terminal, a signal or a full disk.
+// What needs a terminal, a signal, a full disk or the pages of the documentation.
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <regex>
 
 #include "run_zelk.h"
 
@@ -29,13 +30,16 @@ TEST(Terminal, ShowsAScansProgressAndWhatItHasWhenASignalComes) {
     zelk.ignoresSignal = row.ignored;
     zelk.Folder().Write("hill.json", R"({"place": "Hill", "raster": "pal-bg", "fm": [],
       "tv": [{"channel": "E2", "station": "Relay", "level_dbuv": 60},
-             {"channel": "K65", "station": "Relay", "level_dbuv": 60}]})");
+             {"channel": "K68", "station": "Relay", "level_dbuv": 60}]})");
     const ZelkRun run = zelk.Run("scan tv --air hill.json");
     EXPECT_EQ(run.exitCode, row.exitCode);
     EXPECT_THAT(run.out, HasSubstr(" E2 "));
-    EXPECT_EQ(run.out.find("K65") == std::string::npos, !row.ignored);
+    EXPECT_EQ(run.out.find("K68") == std::string::npos, !row.ignored);
     EXPECT_EQ(run.out.find("\nInterrupted at ") == std::string::npos, row.ignored);
-    EXPECT_THAT(run.err, HasSubstr("MHz  1 found"));
+    EXPECT_THAT(run.err, HasSubstr("[..............................] 0%  53.500 MHz  1 found"));
+    EXPECT_EQ(run.err.find("[##############################] 100%  ") == std::string::npos,
+              !row.ignored);
+    EXPECT_THAT(run.err, Not(HasSubstr("] 101%")));
     EXPECT_TRUE(run.err.ends_with("\r\x1b[K")) << "the bar stays behind: " << run.err;
   }
 }
@@ -52,6 +56,26 @@ TEST(Terminal, CtrlCLeavesAnEarlierPictureAlone) {
   EXPECT_EQ(zelk.Content("old.svg"), "old picture");
 }
 
+TEST(Terminal, CtrlCEndsASeekOnTheRealClock) {
+  Zelk zelk;
+  zelk.interruptAt = "i2c write";
+  const ZelkRun run = zelk.Run("seek down 108MHz --air us-cable --realtime --trace");
+  EXPECT_EQ(run.exitCode, 130);
+  EXPECT_THAT(run.out, ::testing::StartsWith("Interrupted at "));
+}
+
+TEST(Trial, LeavesNothingBehind) {
+  const Zelk zelk;
+  setenv("TMPDIR", zelk.Folder().Path().c_str(), 1);
+  EXPECT_EQ(zelk.Run("cards --plug saa7134").exitCode, 0);
+  EXPECT_TRUE(std::filesystem::is_empty(zelk.Folder().Path()));
+  setenv("TMPDIR", "/nowhere", 1);
+  EXPECT_EQ(zelk.Run("cards --plug saa7134").err,
+            "zelk: no folder for the logs of a trial: No such file or directory; with --names no "
+            "card is tried\n");
+  unsetenv("TMPDIR");
+}
+
 TEST(FullDisk, IsAFailureOfWhatIsPrintedAndOfAPicture) {
   const Zelk zelk;
   EXPECT_EQ(zelk.Run("scan fm --plot /dev/full").exitCode, 1);
@@ -64,6 +88,42 @@ TEST(FullDisk, IsAFailureOfWhatIsPrintedAndOfAPicture) {
     EXPECT_EQ(WEXITSTATUS(status), 1) << line;
     EXPECT_EQ(zelk.Content("complaint"), "zelk: cannot write to standard output\n") << line;
   }
+}
+
+// What differs from run to run.
+std::string WithoutElapsedTime(const std::string& text) {
+  return std::regex_replace(text, std::regex(", [^,\n]* elapsed|(elapsed_ms\": )\\d+"), "$1");
+}
+
+// A line of the page that is only "…" stands for any lines.
+bool Shows(const std::string& page, const std::string& printed) {
+  const std::string gap = "\u2026\n";
+  std::size_t at = 0;
+  for (std::size_t begin = 0, end = 0; end != std::string::npos; begin = end + gap.size()) {
+    end = page.find(gap, begin);
+    const std::string part = page.substr(begin, end - begin);
+    const std::size_t found = printed.find(part, at);
+    if (found == std::string::npos || (begin == 0 && found != 0)) return false;
+    at = found + part.size();
+  }
+  return printed.substr(at).empty() || page.ends_with(gap);
+}
+
+TEST(Documentation, ShowsWhatTheProgramPrints) {
+  std::ifstream in(ZELK_PAGE);
+  const std::string page{std::istreambuf_iterator<char>(in), {}};
+  const std::regex block("```console\n\\$ zelk ([^\n]*)\n([^`]*)```");
+  std::size_t blocks = 0;
+  for (std::sregex_iterator it(page.begin(), page.end(), block), end; it != end; ++it, ++blocks) {
+    const Zelk zelk;
+    const ZelkRun run = zelk.Run((*it)[1].str());
+    const std::string shown = WithoutElapsedTime((*it)[2]);
+    EXPECT_TRUE(Shows(shown, WithoutElapsedTime(run.err + run.out)) ||
+                Shows(shown, WithoutElapsedTime(run.out + run.err)))
+        << "zelk " << (*it)[1] << '\n'
+        << run.out << run.err;
+  }
+  EXPECT_GT(blocks, 30u);
 }
 
 }  // namespace
