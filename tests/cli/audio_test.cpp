@@ -25,7 +25,7 @@ TEST(Audio, SetsEachValueAndReadsItBack) {
   for (const char* request :
        {"ZELK_SAA.71 00000028", "ZELK_SAA.73 00000002", "ZELK_SAA.72 00000003",
         "ZELK_SAA.75 00000004", "ZELK_SAA.76 00000005", "ZELK_SAA.77 00000006",
-        "ZELK_SAA.78 00000007", "ZELK_SAA.66 FFFFFFFF"})
+        "ZELK_SAA.78 00000007", "ZELK_SAA.66 FFFFFFFF", "VIDEODECODER.1 00000010"})
     EXPECT_THAT(run.err, HasSubstr(std::string("capture set ") + request));
 }
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "run_zelk.h"
+#include "virtual_cards/cards/virtual_card.h"
 
 namespace zelk::test {
 namespace {
@@ -29,6 +30,16 @@ TEST(Devices, TheTunerIsOnTheSameHardwareOrNamedAlike) {
       Named("Telmora Video Tuner", L"\\\\?\\pci#dev_7134#2#{a799a800}"),
       Named("Tuner", L"\\\\?\\pci#dev_7134#1#{a799a800}")};
   EXPECT_EQ(TunerOf(capture, placed), &placed[1]);
+}
+
+TEST(Devices, OfOneNameAreToldApart) {
+  const auto first = virtual_cards::CreateCard("saa7134", {});
+  const auto second = virtual_cards::CreateCard("saa7134", {});
+  const std::vector<Device> devices = cli::CaptureDevices();
+  ASSERT_GE(devices.size(), 2u);
+  EXPECT_EQ(devices[0].name, kName);
+  EXPECT_EQ(devices[1].name, std::string(kName) + "#2");
+  EXPECT_EQ(devices[1].friendlyName, kName);
 }
 
 TEST(Devices, AreListedWithWhatTheLibraryMakesOfThem) {

@@ -54,11 +54,12 @@ TEST(Errors, OfWrongUse) {
                          {"eeprom --offset 0xF0 --length 17", {"--length", "16"}},
                          {"i2c read 0x1C2 1", {"0x1C2"}},
                          {"i2c read 0xC3 0", {"count"}},
+                         {"i2c read 0xC3 257", {"count", "256"}},
                          {"i2c write 0xC2 1 2 three", {"\"three\""}},
                          {"tune fm E5", {"\"E5\"", "MHz"}},
                          {"seek left 95MHz", {"\"left\"", "up or down"}},
                          {"fm mode loud 95MHz", {"\"loud\"", "stereo or mono"}},
-                         {"scan fm --from 99MHz --to 98MHz", {"99000", "98000"}},
+                         {"scan fm --from 99MHz --to 99MHz", {"from 99000 to 99000"}},
                          {"audio set loudness=1", {"\"loudness\"", "volume", "gain.0xID"}},
                          {"audio set bass", {"\"bass\"", "KEY=VALUE"}},
                          {"audio set bass=deep", {"bass", "\"deep\""}},
@@ -83,6 +84,7 @@ TEST(Errors, OfRefusals) {
   ExpectOneClearLine(
       1, {{"tune tv 999999", {"999999 kHz", "48250 to 855250"}},
           {"tune tv 21", {"21 kHz"}},
+          {"signal 48249", {"48249 kHz"}},
           {"tune fm 120MHz", {"120000 kHz", "FM band", "87500 to 108000"}},
           {"seek up 80MHz", {"80000 kHz", "87500 to 108000"}},
           {"scan fm --to 109MHz", {"109000 kHz", "87500 to 108000"}},
@@ -91,6 +93,10 @@ TEST(Errors, OfRefusals) {
           {"mpeg get", {"this card has no MPEG encoder"}},
           {"mpeg set width=352", {"this card has no MPEG encoder"}},
           {"adc", {"this card has no audio converter"}},
+          {"info --card virtual:ql2,name=Webcam",
+           {"cannot initialise the card \"Webcam\": E_FAIL (0x80004005); see zelkapi_713x.log, "
+            "zelkapi_BT878.log, zelkapi_BT88X.log, zelkapi_Quillon.log\n"}},
+          {"i2c read 0x51 1 --card virtual:bt878", {"E_FAIL (0x80004005)\n"}},
           {"i2c read 0x51 1", {"0x51", "E_FAIL (0x80004005)", "see zelkapi_713x.log"}}});
 }
 
