@@ -44,12 +44,7 @@ std::ptrdiff_t SharedBeginning(const Text& left, const Text& right) {
 
 }  // namespace
 
-ComPtr<IUnknown> Device::MakeFilter() const {
-  ComPtr<IUnknown> filter;
-  if (FAILED(moniker->BindToObject(nullptr, nullptr, IidOf<IUnknown>(), filter.ReceiveVoid())))
-    filter.Reset();
-  return filter;
-}
+ComPtr<IUnknown> Device::MakeFilter() const { return BindDevice<IUnknown>(*moniker.Get()); }
 
 std::vector<Device> CaptureDevices() { return DevicesOf(kCategoryVideoInput); }
 std::vector<Device> TunerDevices() { return DevicesOf(kCategoryTvTuner); }
