@@ -3,12 +3,9 @@
 #pragma once
 
 #include <cstring>
-#include <span>
-#include <string>
 #include <vector>
 
 #include "card_client.h"
-#include "platform/win32.h"
 
 namespace zelk::virtual_cards {
 

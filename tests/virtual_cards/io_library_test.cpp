@@ -1,6 +1,11 @@
 // The I/O libraries from outside: calls out of their order, the installer's profile file, and the
 // remote control's port.
-#include "bt_client.h"
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "card_client.h"
+#include "platform/win32.h"
 #include "virtual_cards/cards/bt878_card.h"
 #include "virtual_cards/cards/cx2388x_card.h"
 

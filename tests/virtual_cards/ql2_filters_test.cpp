@@ -92,7 +92,21 @@ TEST_F(Ql2FiltersTest, FiltersForgetTheirGraph) {
   for (const Device& device : kDevices) EXPECT_EQ(MembershipOf(Filter(device)).second, nullptr);
 }
 
-TEST_F(Ql2FiltersTest, StateIsTheLastOneAskedFor) {
+class Clock final : public ComObject<IReferenceClock> {
+ public:
+  HRESULT STDMETHODCALLTYPE GetTime(REFERENCE_TIME*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE AdviseTime(REFERENCE_TIME, REFERENCE_TIME, DWORD_PTR,
+                                       DWORD_PTR*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE AdvisePeriodic(REFERENCE_TIME, REFERENCE_TIME, DWORD_PTR,
+                                           DWORD_PTR*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE Unadvise(DWORD_PTR) override { return E_NOTIMPL; }
+};
+
+TEST_F(Ql2FiltersTest, StateAndClock) {
   Plug({});
   const ComPtr<IBaseFilter> filter = Filter(kTuner);
   const auto stateAfter = [&](HRESULT done) {
@@ -104,6 +118,15 @@ TEST_F(Ql2FiltersTest, StateIsTheLastOneAskedFor) {
   EXPECT_EQ(stateAfter(filter->Pause()), State_Paused);
   EXPECT_EQ(stateAfter(filter->Run(0)), State_Running);
   EXPECT_EQ(stateAfter(filter->Stop()), State_Stopped);
+
+  const auto clock = ComPtr<Clock>::Adopt(new Clock);
+  for (IReferenceClock* const source : {clock.Get(), static_cast<Clock*>(nullptr)}) {
+    ComPtr<IReferenceClock> answered;
+    EXPECT_EQ(filter->SetSyncSource(source), S_OK);
+    EXPECT_EQ(test::References(clock.Get()), source ? 2U : 1U);
+    EXPECT_EQ(filter->GetSyncSource(answered.Receive()), S_OK);
+    EXPECT_EQ(answered.Get(), source);
+  }
 }
 
 TEST_F(Ql2FiltersTest, PinsOfEachFilter) {
