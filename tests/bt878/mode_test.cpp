@@ -69,11 +69,9 @@ TEST_F(Bt878Mode, TvForgetsTheCountry) {
 }
 
 TEST_F(Bt878Mode, CountriesOfMk3Modules) {
-  struct Case {
-    std::uint32_t standard, country, pushed;  // 0: nothing is pushed
-  };
+  // The third is the country that the tuner driver is told, 0 where it hears nothing.
   // Behind 4201 and 370 the next call counts as forced.
-  const Case cases[] = {
+  const std::array<std::uint32_t, 3> cases[] = {
       {AnalogVideo_PAL_B, 49, 49},   {AnalogVideo_PAL_B, 49, 0},    {AnalogVideo_PAL_B, 36, 34},
       {AnalogVideo_PAL_B, 36, 34},   {AnalogVideo_PAL_D, 36, 86},   {AnalogVideo_SECAM_D, 359, 359},
       {AnalogVideo_PAL_D, 48, 86},   {AnalogVideo_PAL_B, 420, 34},  {AnalogVideo_PAL_B, 33, 34},
@@ -83,11 +81,11 @@ TEST_F(Bt878Mode, CountriesOfMk3Modules) {
   for (const std::uint32_t type : {14u, 21u}) {
     PlugNoted(kBt878Tuner, {.tunerType = type});
     std::uint32_t before = 0;
-    for (const Case& one : cases) {
-      EXPECT_EQ(ZELK_put_TVFormat(one.standard, one.country), S_OK);
-      EXPECT_EQ(TunerLines(), one.pushed ? Told(one.pushed, before) : Strings{})
-          << one.standard << " " << one.country;
-      before = one.country;
+    for (const auto& [standard, country, pushed] : cases) {
+      EXPECT_EQ(ZELK_put_TVFormat(standard, country), S_OK);
+      EXPECT_EQ(TunerLines(), pushed ? Told(pushed, before) : Strings{})
+          << standard << " " << country;
+      before = country;
     }
     // The query's code is the result; standard and country are stored even so.
     card->Refuse("tuner query IAMTVTuner", kRefused);

@@ -12,9 +12,8 @@ TEST_F(Bt88xBus, TransfersOverTheDriver) {
   demodulator->Tell({0xE2});
   EXPECT_EQ(Device().I2CWriteDWord(0xC0, 0x0B2C, 0x8EA0), S_OK);
   EXPECT_THAT(TakeTrace(), ElementsAre("i2c write C0: 0B 2C 8E A0"));
-  std::uint8_t byte = 0;
-  EXPECT_EQ(Device().I2CRead(0x86, &byte), S_OK);
-  EXPECT_EQ(byte, 0xE2);
+  const auto readByte = [&](std::uint8_t* byte) { return Device().I2CRead(0x86, byte); };
+  EXPECT_EQ(Ask<std::uint8_t>(readByte), Answer(S_OK, 0xE2));
   EXPECT_THAT(TakeTrace(), ElementsAre("i2c select 86", "i2c read 86 -> E2"));
 }
 

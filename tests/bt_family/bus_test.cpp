@@ -28,9 +28,8 @@ TEST_F(BtBus, SoftwareTransfers) {
     EXPECT_EQ(Device().I2CWriteSequence(address, nullptr, 0), S_OK);
     EXPECT_EQ(TakeTrace(), Joined({start, Sent(wanted, {written}), stop}));
     EXPECT_EQ(Slept(), 0u);
-    std::uint8_t byte = 0;
-    EXPECT_EQ(Device().I2CRead(address, &byte), S_OK);
-    EXPECT_EQ(byte, 0x4A);
+    const auto readByte = [&](std::uint8_t* byte) { return Device().I2CRead(address, byte); };
+    EXPECT_EQ(Ask<std::uint8_t>(readByte), Answer(S_OK, 0x4A));
     EXPECT_EQ(TakeTrace(),
               Joined({start, Sent(wanted, {wanted.cx2388x ? "C1" : "C3"}), read("4A"), stop}));
     EXPECT_EQ(Slept(), 20u);

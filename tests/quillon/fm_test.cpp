@@ -77,13 +77,10 @@ TEST_F(QuillonFm, AudioModeOfTheDemodulator) {
     EXPECT_EQ(ZELK_FMSetAudioMode(1), S_OK);
     EXPECT_EQ(ZELK_FMSetAudioMode(2), S_OK);
     EXPECT_EQ(TakeWrites("86"), code < 25 ? words : otherWords) << code;
-    std::uint32_t mode = 0;
-    EXPECT_EQ(ZELK_FMGetAudioMode(&mode), S_OK);
-    EXPECT_EQ(mode, 2u);
+    EXPECT_EQ(test::Ask(ZELK_FMGetAudioMode), Answer(S_OK, 2));
     card->Refuse("i2c write 86", kRefused);
     EXPECT_EQ(ZELK_FMSetAudioMode(1), E_FAIL);
-    ZELK_FMGetAudioMode(&mode);
-    EXPECT_EQ(mode, 1u);
+    EXPECT_EQ(test::Ask(ZELK_FMGetAudioMode), Answer(S_OK, 1));
   }
   // A module without a demodulator for FM has nothing to be told.
   PlugFm(16);
@@ -127,17 +124,15 @@ TEST_F(QuillonFm, TunerReadings) {
 }
 
 TEST_F(QuillonFm, ReceiverReadings) {
-  struct Case {
-    std::uint8_t level;
-    std::uint32_t present, strength;
-  };
   for (const std::uint32_t code : {49u, 51u, 53u}) {
     PlugTold(code, 0xC0);
-    for (const Case& one :
-         {Case{0x35, 0, 1}, {0xA0, 1, 3}, {0x9F, 0, 2}, {0xFF, 1, 5}, {0x40, 0, 0}}) {
-      chip.answers = {{0, 0, 0, one.level, 0}};
-      EXPECT_EQ(AskSignal(ZELK_FMIsSignalPresent), (Reading{S_OK, one.present, one.strength, 0.0}))
-          << +one.level;
+    for (const auto& [level, expected] : {std::pair(0x35, Reading{S_OK, 0, 1, 0.0}),
+                                          {0xA0, {S_OK, 1, 3, 0.0}},
+                                          {0x9F, {S_OK, 0, 2, 0.0}},
+                                          {0xFF, {S_OK, 1, 5, 0.0}},
+                                          {0x40, {S_OK, 0, 0, 0.0}}}) {
+      chip.answers = {{0, 0, 0, static_cast<std::uint8_t>(level), 0}};
+      EXPECT_EQ(AskSignal(ZELK_FMIsSignalPresent), expected) << level;
     }
     // Nothing is left of a station that can no longer be asked about.
     chip.answers = {{0, 0, 0, 0xFF, 0}};

@@ -128,8 +128,7 @@ TEST_F(QuillonMpeg, APinWithTheExtendedHeaderKeepsItsSize) {
   EXPECT_EQ(ZELK_SetMPEGParam(kOrdinary), S_OK);
   EXPECT_THAT(TakeLog(), ElementsAre("Try set width and height failed. (as no support in api"));
   const Params after = Get();
-  EXPECT_EQ(after.Width, before.Width);
-  EXPECT_EQ(after.Height, before.Height);
+  EXPECT_EQ(std::pair(after.Width, after.Height), std::pair(before.Width, before.Height));
   EXPECT_EQ(after.BitRate, 6000u);
 }
 
@@ -197,10 +196,9 @@ TEST_F(QuillonMpeg, CodesThatTheTablesLack) {
   card->SetEncoderValue(7, 4);
   card->SetEncoderValue(8, 3);
   const Params params = Get();
-  EXPECT_EQ(params.StreamType, 0u);
-  EXPECT_EQ(params.AudioBitRate, 0u);
-  EXPECT_EQ(params.AudioMode, 0u);
-  EXPECT_EQ(params.AudioSampleRate, 0u);
+  EXPECT_THAT((std::array{params.StreamType, params.AudioBitRate, params.AudioMode,
+                          params.AudioSampleRate}),
+              Each(0));
   EXPECT_THAT(TakeLog(), ElementsAre("Unknown StreamType"));
 }
 

@@ -24,23 +24,21 @@ TEST_F(QuillonTv, SwitchingToTv) {
 }
 
 TEST_F(QuillonTv, CountriesAndTheirSubstitutes) {
-  struct Case {
-    std::uint32_t before, standard, country, told;
-  };
   // With the country in force already, 34, the tuner is left alone.
+  using Case = std::array<std::uint32_t, 4>;
   const Case cases[] = {{49, AnalogVideo_PAL_B, 36, 34},  {49, AnalogVideo_PAL_D, 7, 86},
                         {49, AnalogVideo_PAL_B, 359, 34}, {49, AnalogVideo_PAL_D, 48, 86},
                         {49, AnalogVideo_PAL_B, 420, 34}, {49, AnalogVideo_PAL_B, 33, 34},
                         {49, AnalogVideo_PAL_H, 36, 36},  {49, AnalogVideo_PAL_B, 44, 44},
                         {370, AnalogVideo_PAL_D, 1, 86},  {4201, AnalogVideo_PAL_B, 1, 34},
                         {371, AnalogVideo_PAL_D, 1, 1},   {34, AnalogVideo_PAL_B, 36, 0}};
-  for (const Case& one : cases) {
+  for (const auto& [before, standard, country, told] : cases) {
     PlugTv();
-    ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_G, one.before), S_OK);
+    ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_G, before), S_OK);
     TakeTrace();
-    EXPECT_EQ(ZELK_put_TVFormat(one.standard, one.country), S_OK);
-    EXPECT_EQ(TakeCountries(), one.told ? Lines{std::to_string(one.told)} : Lines())
-        << one.standard << ' ' << one.country;
+    EXPECT_EQ(ZELK_put_TVFormat(standard, country), S_OK);
+    EXPECT_EQ(TakeCountries(), told ? Lines{std::to_string(told)} : Lines())
+        << standard << ' ' << country;
   }
 }
 
@@ -97,22 +95,19 @@ TEST_F(QuillonTv, RefusedFormats) {
 }
 
 TEST_F(QuillonTv, SystemsStandForCountries) {
-  struct Case {
-    std::uint32_t standard, system;
-    const char* country;
-  };
   // A system that means no country counts as one itself. PAL D in a country of several standards,
   // 420, is China's.
-  const Case cases[] = {{AnalogVideo_NTSC_M_J, 31, "1"}, {AnalogVideo_PAL_B, 1, "49"},
-                        {AnalogVideo_PAL_G, 2, "34"},    {AnalogVideo_PAL_B, 4, "4"},
-                        {AnalogVideo_PAL_B, 31, "31"},   {AnalogVideo_PAL_D, 1, "86"},
-                        {AnalogVideo_PAL_I, 1, "1"},     {AnalogVideo_PAL_I, 2, "44"},
-                        {AnalogVideo_PAL_M, 4, "55"},    {AnalogVideo_PAL_60, 2, "2"},
-                        {AnalogVideo_SECAM_K1, 2, "7"},  {AnalogVideo_SECAM_L, 2, "33"}};
-  for (const Case& one : cases) {
+  const std::tuple<std::uint32_t, std::uint32_t, const char*> cases[] = {
+      {AnalogVideo_NTSC_M_J, 31, "1"}, {AnalogVideo_PAL_B, 1, "49"},
+      {AnalogVideo_PAL_G, 2, "34"},    {AnalogVideo_PAL_B, 4, "4"},
+      {AnalogVideo_PAL_B, 31, "31"},   {AnalogVideo_PAL_D, 1, "86"},
+      {AnalogVideo_PAL_I, 1, "1"},     {AnalogVideo_PAL_I, 2, "44"},
+      {AnalogVideo_PAL_M, 4, "55"},    {AnalogVideo_PAL_60, 2, "2"},
+      {AnalogVideo_SECAM_K1, 2, "7"},  {AnalogVideo_SECAM_L, 2, "33"}};
+  for (const auto& [standard, system, country] : cases) {
     PlugTv();
-    EXPECT_EQ(ZElk_put_TVSystem(one.standard, one.system), S_OK);
-    EXPECT_THAT(TakeCountries(), ElementsAre(one.country)) << one.standard << ' ' << one.system;
+    EXPECT_EQ(ZElk_put_TVSystem(standard, system), S_OK);
+    EXPECT_THAT(TakeCountries(), ElementsAre(country)) << standard << ' ' << system;
   }
   PlugTv();
   for (const std::uint32_t standard : {0u, 0x80u, 0x1000u, 0x4000u, 0x8000u, 0x100000u, 0x30u}) {
@@ -160,16 +155,13 @@ TEST_F(QuillonTv, SignalOnTheAir) {
   virtual_cards::Air air = MakeAir({175250});
   PlugTv(11, air);
   ASSERT_EQ(ZELK_put_TVFormat(AnalogVideo_PAL_B, 49), S_OK);
-  std::uint32_t present = 77;
   const auto before = host::SleptMilliseconds();
-  EXPECT_EQ(ZELK_SetFreq(175250, &present), S_OK);
-  EXPECT_EQ(present, 1u);
+  EXPECT_EQ(Ask(ZELK_SetFreq, 175250), Answer(S_OK, 1));
   EXPECT_EQ(host::SleptMilliseconds() - before, 160u);  // tuner, then decoder
   const Reading reading = AskSignal(ZELK_IsSignalPresent);
   EXPECT_EQ(reading, (Reading{S_OK, 1, 100, reading.offset}));
   EXPECT_LT(reading.offset, 62.5);
-  EXPECT_EQ(ZELK_SetFreq(182250, &present), S_OK);
-  EXPECT_EQ(present, 0u);
+  EXPECT_EQ(Ask(ZELK_SetFreq, 182250), Answer(S_OK, 0));
   EXPECT_EQ(AskSignal(ZELK_IsSignalPresent).present, 0u);
 
   // A carrier without a picture is no signal.
@@ -190,11 +182,10 @@ TEST_F(QuillonTv, HalfACarrierIsNone) {
   bool seen = false;
   for (std::uint32_t beside = 175250; beside < 177250; beside += 50) {
     ASSERT_EQ(ZELK_SetFreq(beside, nullptr), S_OK);
-    std::uint32_t present = kUntouched;
-    std::uint32_t strength = 0;
-    Slot<QuillonDevice>()->IsSignalPresent_TUNER(&present, &strength, nullptr);
-    EXPECT_EQ(present, strength == 100 ? 1u : 0u) << beside;
-    seen = seen || (strength >= 50 && strength < 100);
+    const Reading reading = AskSignal(
+        [](auto... places) { return Slot<QuillonDevice>()->IsSignalPresent_TUNER(places...); });
+    EXPECT_EQ(reading.present, reading.strength == 100) << beside;
+    seen = seen || (reading.strength >= 50 && reading.strength < 100);
   }
   EXPECT_TRUE(seen) << "the driver never reported a half strength";
 }

@@ -56,23 +56,19 @@ TEST_F(Bus, Eeprom) {
 
 TEST_F(Bus, RemoteChipKeys) {
   PlugReady();
-  struct Case {
-    std::uint8_t kind, code;
-    std::uint32_t data;
-    std::uint8_t icData;
-  };
-  const Case cases[] = {
+  // The byte that says who speaks, the key's code, and what the two exports make of them.
+  const std::tuple<std::uint8_t, std::uint8_t, std::uint32_t, std::uint8_t> cases[] = {
       {2, 0, 0x02, 0x30}, {2, 1, 0x82, 0x31}, {2, 2, 0x42, 0x32}, {2, 3, 0xC2, 0x33},
       {2, 5, 0xA2, 0},    {2, 16, 0x0A, 0},   {2, 31, 0xFA, 0},   {2, 32, 0, 0},
       {2, 0xFF, 0, 1},    {3, 0, 0x03, 0x20}, {3, 1, 0x83, 0x21}, {3, 2, 0x43, 0x22},
       {3, 3, 0xC3, 0x23}, {3, 4, 0, 0},       {3, 0xFF, 0, 0},    {1, 0, 0, 0},
       {4, 2, 0, 0},
   };
-  for (const Case& one : cases) {
-    card->PressKey(one.kind, one.code);
-    EXPECT_EQ(Ask(ZELK_GetRemoteData), Answer(S_OK, one.data)) << +one.kind << " " << +one.code;
-    EXPECT_EQ(Ask<std::uint8_t>(ZELK_GetRemoteICData), Answer(S_OK, one.icData))
-        << +one.kind << " " << +one.code;
+  for (const auto& [kind, code, data, icData] : cases) {
+    card->PressKey(kind, code);
+    EXPECT_EQ(Ask(ZELK_GetRemoteData), Answer(S_OK, data)) << +kind << " " << +code;
+    EXPECT_EQ(Ask<std::uint8_t>(ZELK_GetRemoteICData), Answer(S_OK, icData))
+        << +kind << " " << +code;
   }
 }
 

@@ -291,11 +291,10 @@ TEST_F(Fm, BandAndModeAreChecked) {
   EXPECT_EQ(TakeLog(),
             Lines(2, "SAA713x SetFMFreq(): Hardware not initial or frequency not correct"));
   ZELK_TVInit();
-  std::uint32_t value = 77;
-  EXPECT_EQ(ZELK_FMSetFreq(98000, &value), VFW_E_WRONG_STATE);
+  EXPECT_EQ(Ask(ZELK_FMSetFreq, 98000), Answer(VFW_E_WRONG_STATE, kUntouched));
   EXPECT_EQ(ZELK_FMSetAudioMode(1), VFW_E_WRONG_STATE);
-  EXPECT_EQ(ZELK_FMIsSignalPresent(&value, nullptr, nullptr), VFW_E_WRONG_STATE);
-  EXPECT_EQ(value, 77u);
+  EXPECT_EQ(AskSignal(ZELK_FMIsSignalPresent),
+            (Reading{VFW_E_WRONG_STATE, kUntouched, kUntouched, kUntouched}));
   EXPECT_THAT(TakeLog(), ElementsAre("SAA713x SetFMFreq(): Current mode not FM",
                                      "SAA713x SetFMAudioMode(): Current mode not FM",
                                      "SAA713x IsFMSignalPresent(): Current mode not FM"));
@@ -340,30 +339,24 @@ TEST_F(Fm, PresenceByReceiver) {
   ToldChip chip;
   PlugFm({.boardConfig = 0xE3});
   card->FitChip(0xC0, &chip);
-  struct Case {
-    std::uint8_t level;
-    std::uint32_t present, strength;
-  };
-  for (const Case& one :
-       {Case{0xF0, 1, 5}, {0x5F, 1, 0}, {0x4F, 0, 0}, {0x3F, 0, 1}, {0x00, 0, 0}}) {
-    chip.answers = {{0, 0, 0, one.level, 0}};
-    EXPECT_EQ(AskFm(), (Reading{S_OK, one.present, one.strength, 0.0})) << +one.level;
+  for (const auto& [level, expected] : {std::pair(0xF0, Reading{S_OK, 1, 5, 0.0}),
+                                        {0x5F, {S_OK, 1, 0, 0.0}},
+                                        {0x4F, {S_OK, 0, 0, 0.0}},
+                                        {0x3F, {S_OK, 0, 1, 0.0}},
+                                        {0x00, {S_OK, 0, 0, 0.0}}}) {
+    chip.answers = {{0, 0, 0, static_cast<std::uint8_t>(level), 0}};
+    EXPECT_EQ(AskFm(), expected) << level;
   }
 }
 
 TEST_F(Fm, PresenceByDriver) {
   // What the properties say, and the strength or the offset that it means.
-  struct Case {
-    std::uint32_t property;
-    std::int32_t figure;
-    double meaning;
-  };
-  const Case cases[] = {{0x6D, 0, 100},      {0x6D, 299999, 100}, {0x6D, 300000, 95},
-                        {0x6D, 699999, 80},  {0x6D, 700000, 75},  {0x6D, 800000, 75},
-                        {0x6D, 899999, 75},  {0x6D, 900000, 70},  {0x6D, 1199999, 60},
-                        {0x6D, 1200000, 55}, {0x6D, 1599999, 40}, {0x6D, 1600000, 0},
-                        {0x6E, 2, -100},     {0x6E, 1, 0},        {0x6E, 0, 0},
-                        {0x6E, -1, 50},      {0x6E, -2, 100},     {0x6E, 3, 0}};
+  const std::tuple<std::uint32_t, std::int32_t, double> cases[] = {
+      {0x6D, 0, 100},      {0x6D, 299999, 100}, {0x6D, 300000, 95},  {0x6D, 699999, 80},
+      {0x6D, 700000, 75},  {0x6D, 800000, 75},  {0x6D, 899999, 75},  {0x6D, 900000, 70},
+      {0x6D, 1199999, 60}, {0x6D, 1200000, 55}, {0x6D, 1599999, 40}, {0x6D, 1600000, 0},
+      {0x6E, 2, -100},     {0x6E, 1, 0},        {0x6E, 0, 0},        {0x6E, -1, 50},
+      {0x6E, -2, 100},     {0x6E, 3, 0}};
   for (const auto& [property, figure, meaning] : cases) {
     PlugTuner(40);
     auto told = ComPtr<ToldFilter>::Adopt(new ToldFilter(card->CaptureFilter().Get(), property));

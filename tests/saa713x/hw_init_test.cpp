@@ -130,8 +130,7 @@ TEST_F(HwInit, EveryEepromByte) {
 
 TEST_F(HwInit, FmLimits) {
   struct Case {
-    std::uint32_t boardCode;
-    std::uint32_t russia;
+    std::uint32_t boardCode, russia;
     const char* locale;
     std::uint32_t low, high;
   };

@@ -2,6 +2,7 @@
 #include <cstdio>
 
 #include "tests/support/card_test.h"
+#include "tests/support/reading.h"
 
 namespace zelk::test {
 namespace {
@@ -120,10 +121,8 @@ TEST_F(Trace, FromInitialisationToTheFirstChannel) {
     EXPECT_EQ(TakeTrace(), TvInitTrace(board));
     EXPECT_EQ(ZELK_put_TVFormat(board.choice.standard, board.choice.country), S_OK);
     EXPECT_EQ(TakeTrace(), FormatTrace(board));
-    std::uint32_t present = 77;
-    EXPECT_EQ(ZELK_SetFreq(175250, &present), S_OK);
+    EXPECT_EQ(Ask(ZELK_SetFreq, 175250), Answer(S_OK, 1));
     EXPECT_EQ(TakeTrace(), Joined({TuningTrace(board, false), board.presence}));
-    EXPECT_EQ(present, 1u);
   }
 }
 

@@ -232,11 +232,7 @@ TEST_F(TvFormat, RefusedTunerRequests) {
 }
 
 TEST_F(TvFormat, TvSystems) {
-  struct Case {
-    std::uint32_t standard, system;
-    const char* country;
-  };
-  const Case cases[] = {
+  const std::tuple<std::uint32_t, std::uint32_t, const char*> cases[] = {
       {AnalogVideo_NTSC_M, 1, "1"},  {AnalogVideo_NTSC_433, 9, "1"},
       {AnalogVideo_PAL_B, 1, "49"},  {AnalogVideo_PAL_G, 2, "34"},
       {AnalogVideo_PAL_D, 1, "420"}, {AnalogVideo_PAL_D, 2, "86"},
@@ -244,11 +240,11 @@ TEST_F(TvFormat, TvSystems) {
       {AnalogVideo_PAL_N, 4, "54"},  {AnalogVideo_SECAM_K, 2, "7"},
       {AnalogVideo_SECAM_D, 2, "7"}, {AnalogVideo_SECAM_L1, 2, "33"},
   };
-  for (const Case& one : cases) {
+  for (const auto& [standard, system, country] : cases) {
     PlugTv(1);
     TakeTrace();
-    EXPECT_EQ(ZElk_put_TVSystem(one.standard, one.system), S_OK);
-    EXPECT_EQ(Countries().front(), one.country) << std::hex << one.standard << " " << one.system;
+    EXPECT_EQ(ZElk_put_TVSystem(standard, system), S_OK);
+    EXPECT_EQ(Countries().front(), country) << std::hex << standard << " " << system;
   }
   // Country 0: the format is not chosen anew, but the card is tuned again with its notifications.
   for (const auto& [standard, system] :
