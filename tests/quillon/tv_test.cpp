@@ -205,8 +205,6 @@ TEST_F(QuillonTv, BeforeInitialisation) {
   Forget();
   QuillonDevice device;
   std::uint32_t value = kUntouched;
-  std::uint8_t byte = kUntouched;
-  double offset = kUntouched;
   ZELK_HWInfo info = {};
   const auto refuses = [&](const char* name, HRESULT result) {
     EXPECT_EQ(result, E_FAIL) << name;
@@ -221,16 +219,17 @@ TEST_F(QuillonTv, BeforeInitialisation) {
   refuses("IsFMSignalPresent", device.IsFMSignalPresent(&value, nullptr, nullptr));
   refuses("SetFMAudioMode", device.SetFMAudioMode(1));
   refuses("GetFMAudioMode", device.GetFMAudioMode(&value));
-  refuses("GetFMStatusByte", device.GetFMStatusByte(&byte, nullptr));
+  refuses("GetFMStatusByte", device.GetFMStatusByte(nullptr, nullptr));
   EXPECT_EQ(device.SetFMFreq(90000), E_FAIL);
   EXPECT_THAT(TakeLog(),
               ElementsAre("Quillon SetFMFreq(): Hardware not initial or frequency not correct"));
   EXPECT_EQ(value, kUntouched);
   // These look at what they need instead.
   EXPECT_EQ(device.SetTVFreq(175250), E_FAIL);
-  EXPECT_EQ(device.IsSignalPresent_TUNER(&value, nullptr, &offset), E_FAIL);
-  EXPECT_EQ(value, 0u);
-  EXPECT_EQ(offset, 0.0);
+  EXPECT_EQ(AskSignal([&](auto... places) { return device.IsSignalPresent_TUNER(places...); }),
+            (Reading{E_FAIL, 0, 0, 0.0}));
+  EXPECT_EQ(device.GetMPEGParam(nullptr), E_FAIL);
+  EXPECT_EQ(device.SetMPEGParam({}), E_FAIL);
   EXPECT_EQ(device.SetTVFormat(AnalogVideo_PAL_B, 49), E_FAIL);
   EXPECT_THAT(TakeLog(), IsEmpty());
   EXPECT_THAT(host::TakeDebugOutput(),
