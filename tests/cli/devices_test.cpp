@@ -64,6 +64,7 @@ TEST(Devices, ACardIsDrivenByItsName) {
   expected.erase("card");
   EXPECT_EQ(found, expected);
 
+  EXPECT_THAT(zelk.Run("info --trace --plug saa7134" + named).err, HasSubstr("tuner query "));
   EXPECT_THAT(zelk.Run("info --plug saa7134 --tuner none" + named).out, HasSubstr(kName));
   EXPECT_EQ(zelk.Run("info --plug bt878-io --card io").exitCode, 0);
   const ZelkRun unknown = zelk.Run("info --plug saa7134 --tuner other" + named);
